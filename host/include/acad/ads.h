@@ -1,0 +1,181 @@
+/// Result buffers, names, and the flat functions of the platform: acut* (utilities), acdb* (drawing
+/// database by entity name), aced* (editor).
+///
+/// A function that answers with an int gives RTNORM on success and one of the negative RT codes
+/// otherwise, and then leaves its out arguments as they were.
+#ifndef ACAD_ADS_H
+#define ACAD_ADS_H
+
+#include "acad/adesk.h"
+#include "kz_tls21an/format.h"
+
+/// Result type codes (restype of a node that holds no DXF group).
+enum : int16_t {
+    RTNONE = 5000,
+    RTREAL = 5001,
+    RTPOINT = 5002,
+    RTSHORT = 5003,
+    RTANG = 5004,
+    RTSTR = 5005,
+    RTENAME = 5006,
+    RTPICKS = 5007,
+    RTORINT = 5008,
+    RT3DPOINT = 5009,
+    RTLONG = 5010,
+    RTVOID = 5014,
+    RTLB = 5016,
+    RTLE = 5017,
+    RTDOTE = 5018,
+    RTNIL = 5019,
+    RTDXF0 = 5020,
+    RTT = 5021,
+    RTRESBUF = 5023
+};
+
+/// Status codes of the flat functions.
+enum : int {
+    RTNORM = 5100,
+    RTERROR = -5001,
+    RTCAN = -5002,
+    RTREJ = -5003,
+    RTFAIL = -5004,
+    RTKWORD = -5005
+};
+
+typedef double ads_real;
+typedef ads_real ads_point[3];
+typedef ads_real ads_matrix[4][4];
+/// Name of an entity or a selection set: two words, both zero for none. Never an address.
+typedef int64_t ads_name[2];
+
+/// Value of a node; the kind follows from restype.
+union ads_u_val {
+    ads_real rreal;
+    ads_real rpoint[3];
+    int16_t rint;
+    int32_t rlong;
+    int64_t mnInt64;
+    ACHAR* rstring;  ///< owned by the node
+    int64_t rlname[2];
+};
+
+/// A node of the platform's linked result buffer. Binary groups (310, 1004) hold hex text.
+struct resbuf {
+    resbuf* rbnext;
+    int16_t restype;
+    ads_u_val resval;
+};
+
+inline bool ads_name_nil(const ads_name name) { return name[0] == 0 && name[1] == 0; }
+inline void ads_name_clear(ads_name name) { name[0] = name[1] = 0; }
+inline void ads_name_set(const ads_name from, ads_name to) {
+    to[0] = from[0];
+    to[1] = from[1];
+}
+inline bool ads_name_equal(const ads_name a, const ads_name b) {
+    return a[0] == b[0] && a[1] == b[1];
+}
+
+class AcDbObjectId;
+
+extern "C" {
+
+// --- result buffers ---------------------------------------------------------------------------
+
+/// One node with no value. @return NULL when it can't be made; caller releases
+ACAD_API resbuf* acutNewRb(int restype);
+/// Frees a whole chain and the texts of its nodes of string kind; NULL is ignored. A node that was
+/// released before is left alone. @return RTNORM
+ACAD_API int acutRelRb(resbuf* chain);
+/// A chain from pairs of code and value, ended by a code 0 (by RTNONE where group 0 is wanted with
+/// RTDXF0): text as const ACHAR*, reals as double, shorts and longs as int, points as const double*,
+/// names as const int64_t*, markers without a value. @return NULL without memory or for an unknown code
+ACAD_API resbuf* acutBuildList(int restype, ...);
+/// RTNORM when `text` matches the wildcard `pattern` (# @ . * ? ~ [..] [~..] , and ` as escape).
+ACAD_API int acutWcMatch(const ACHAR* text, const ACHAR* pattern);
+/// Distance of two points.
+ACAD_API ads_real acutDistance(const ads_point a, const ads_point b);
+
+/// Prints formatted text on the command line; see acutPrintf below.
+ACAD_API int acutPrintfArgs(const ACHAR* format, const kz_FormatArg* args, size_t count);
+
+// --- the call from Lisp -----------------------------------------------------------------------
+
+/// Arguments of the running call, or NULL when there are none. The callee may release the chain or
+/// leave it: what is still alive when it returns is freed by the host.
+ACAD_API resbuf* acedGetArgs(void);
+/// The acedRet functions set the value of the running call; the last one before its end counts.
+/// A chain is copied; its outer RTLB .. RTLE is the list itself. @return RTNORM; RTERROR outside of
+/// a call or for a list whose markers don't match
+ACAD_API int acedRetList(const resbuf* chain);
+ACAD_API int acedRetNil(void);
+ACAD_API int acedRetT(void);
+ACAD_API int acedRetVoid(void);
+ACAD_API int acedRetInt(int value);
+ACAD_API int acedRetReal(ads_real value);
+ACAD_API int acedRetStr(const ACHAR* value);
+/// `type` is RTENAME or RTPICKS. A name of two zero words is a value too.
+ACAD_API int acedRetName(const ads_name name, int type);
+ACAD_API int acedRetPoint(const ads_point value);
+ACAD_API int acedRetVal(const resbuf* node);
+
+// --- entities by name -------------------------------------------------------------------------
+
+/// Name of the entity (or other object) with this handle in the current drawing, erased ones too.
+ACAD_API int acdbHandEnt(const ACHAR* handle, ads_name name);
+/// Groups of an entity: -1 name, 0 type, then the others in file order; NULL for an erased entity or a
+/// name that leads nowhere. Caller releases.
+ACAD_API resbuf* acdbEntGet(const ads_name name);
+/// The same with the XDATA of the applications named in `apps` (RTSTR nodes with wildcards): group -3,
+/// then each application's groups from its 1001 on.
+ACAD_API resbuf* acdbEntGetX(const ads_name name, const resbuf* apps);
+/// Adds an entity, or a table record, to the current drawing; the name of the new one is given when
+/// `name` is not NULL. @return RTNORM; RTREJ for a list that makes no entity (ERRNO says why)
+ACAD_API int acdbEntMakeX(const resbuf* list, ads_name name);
+/// Changes an entity: the groups of `list` replace those of the entity it names (-1). XDATA of the
+/// applications named behind -3 is replaced.
+ACAD_API int acdbEntMod(const resbuf* list);
+/// Erases a living entity, brings an erased one back.
+ACAD_API int acdbEntDel(const ads_name name);
+/// The last living main entity of the current drawing.
+ACAD_API int acdbEntLast(ads_name name);
+/// The entity behind `name`, from the start of the drawing for NULL; sub-entities are met too.
+ACAD_API int acdbEntNext(const ads_name name, ads_name next);
+/// Registers an application name. @return RTNORM also when it is registered already; RTERROR for a
+/// name that can't be one
+ACAD_API int acdbRegApp(const ACHAR* app);
+/// Groups of the table record (or block) `name`; NULL when there is none.
+ACAD_API resbuf* acdbTblSearch(const ACHAR* table, const ACHAR* name, int setNext);
+/// RTNORM for a valid symbol name; with `allowPipe` not 0 a '|' is accepted.
+ACAD_API int acdbSNValid(const ACHAR* name, int allowPipe);
+
+/// Distance text to number: `unit` -1 is the drawing's linear unit (LUNITS), 1 to 5 as LUNITS.
+ACAD_API int acdbDisToF(const ACHAR* text, int unit, ads_real* value);
+
+// --- editor -----------------------------------------------------------------------------------
+
+/// Value of a system variable; a text is a heap copy that the caller frees.
+ACAD_API int acedGetVar(const ACHAR* name, resbuf* value);
+/// Sets a system variable. @return RTERROR for an unknown, read-only or unfit one
+ACAD_API int acedSetVar(const ACHAR* name, const resbuf* value);
+/// Shows a text on the command line as it stands.
+ACAD_API int acedPrompt(const ACHAR* text);
+/// Point or displacement from one coordinate system to another. Each system is an RTSHORT (0 world,
+/// 1 user, 2 display, 3 paper space display), an RTENAME (an entity's system) or an RT3DPOINT
+/// (an extrusion direction).
+ACAD_API int acedTrans(const ads_point point, const resbuf* from, const resbuf* to,
+                       int displacement, ads_point result);
+}
+
+/// Prints formatted text on the command line, in the conventions of kz_Str_format.
+template <class... Args>
+int acutPrintf(const ACHAR* format, Args... args) {
+    if constexpr (sizeof...(Args) == 0) {
+        return acutPrintfArgs(format, nullptr, 0);
+    } else {
+        const kz_FormatArg list[] = {kz_formatArg(args)...};
+        return acutPrintfArgs(format, list, sizeof...(Args));
+    }
+}
+
+#endif

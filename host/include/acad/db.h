@@ -1,0 +1,157 @@
+/// The drawing database: ids, open modes, objects. A database object is opened, used and closed again;
+/// several may read an object at once, or one may write it, and who breaks the rule gets a status.
+#ifndef ACAD_DB_H
+#define ACAD_DB_H
+
+#include "acad/ads.h"
+#include "acad/ge.h"
+
+namespace host {
+class Database;
+struct ObjectRecord;
+}  // namespace host
+
+namespace Acad {
+/// Status of the database classes; eOk is 0. Numbers that callers show or compare are fixed.
+enum ErrorStatus : int {
+    eOk = 0,
+    eNotImplementedYet = 1,
+    eNotApplicable = 2,
+    eInvalidInput = 3,
+    eOutOfMemory = 6,
+    eNullHandle = 11,
+    eUnknownHandle = 13,
+    eNullObjectPointer = 15,
+    eNullObjectId = 16,
+    eKeyNotFound = 22,
+    eDuplicateKey = 23,
+    eInvalidIndex = 24,
+    eAlreadyInDb = 26,
+    eNoDatabase = 28,
+    eInvalidKey = 44,
+    eWasOpenForRead = 45,
+    eWasOpenForWrite = 46,
+    eWasErased = 48,
+    ePermanentlyErased = 49,
+    eWasNotErased = 55,
+    eCannotBeErasedByCaller = 54,
+    eIteratorDone = 69,
+    eNotOpenForRead = 81,
+    eNotOpenForWrite = 82,
+    eNotThatKindOfClass = 83,
+    eOnLockedLayer = 87,
+    eRegappIdNotFound = 100,
+    eBadDxfSequence = 120,
+    eXdataSizeExceeded = 121,
+    eFileNotFound = 130,
+    eFileAccessErr = 131,
+    eAlreadyInGroup = 260
+};
+}  // namespace Acad
+
+namespace AcDb {
+enum OpenMode { kForRead = 0, kForWrite = 1, kForNotify = 2 };
+}
+
+class AcDbDatabase;
+class AcDbObject;
+
+/// Id of a database object: leads to a slot of its database's object table. Valid as long as that
+/// database lives; afterwards it is refused, never followed.
+class AcDbObjectId {
+  public:
+    AcDbObjectId() = default;
+    explicit AcDbObjectId(uint64_t value) : value_(value) {}
+    bool isNull() const { return value_ == 0; }
+    void setNull() { value_ = 0; }
+    uint64_t asOldId() const { return value_; }
+    bool operator==(const AcDbObjectId& other) const { return value_ == other.value_; }
+    bool operator!=(const AcDbObjectId& other) const { return value_ != other.value_; }
+
+  private:
+    uint64_t value_ = 0;
+};
+
+/// Base of all database objects. Instances are the database's own; callers hold them between
+/// acdbOpenObject and close.
+class ACAD_API AcDbObject {
+  public:
+    virtual ~AcDbObject();
+    AcDbObject(const AcDbObject&) = delete;
+    AcDbObject& operator=(const AcDbObject&) = delete;
+
+    AcDbObjectId objectId() const;
+    /// The database that holds the object; NULL for one that is in no database yet.
+    AcDbDatabase* database() const;
+    /// Ends this opening. @return eOk; the status of a close without an open otherwise
+    Acad::ErrorStatus close();
+    /// From read to write: eWasOpenForRead when others read too, eOnLockedLayer for an entity there.
+    Acad::ErrorStatus upgradeOpen();
+    /// From write to read.
+    Acad::ErrorStatus downgradeOpen();
+    /// Erases, or with false brings back. The object must be open for write.
+    Acad::ErrorStatus erase(bool erasing = true);
+    bool isErased() const;
+    bool isWriteEnabled() const;
+    bool isReadEnabled() const;
+
+    /// Copy of the XDATA of one application, or with NULL of all, from the first 1001 node on; NULL when
+    /// there is none. Caller releases.
+    resbuf* xData(const ACHAR* app = nullptr) const;
+    /// Replaces the data of each application named in `chain` (a -3 node in front is skipped); a 1001
+    /// node alone removes that application's data. @return eRegappIdNotFound for a name that is not
+    /// registered, eXdataSizeExceeded above 16383 bytes an object, eBadDxfSequence for braces that don't
+    /// match or values outside of an application; the data is then as it was
+    Acad::ErrorStatus setXData(const resbuf* chain);
+
+    /// Name of the object's class in DXF files, e.g. "LINE".
+    const char* dxfName() const;
+
+  protected:
+    AcDbObject() = default;
+
+  private:
+    friend class host::Database;
+    host::Database* database_ = nullptr;
+    uint32_t slot_ = 0;
+};
+
+/// A graphical object.
+class ACAD_API AcDbEntity : public AcDbObject {
+  protected:
+    friend class host::Database;
+    AcDbEntity() = default;
+};
+
+/// Opens an object. @return eNullObjectId, ePermanentlyErased (an id of a closed database or none),
+/// eWasErased unless `openErased`, eWasOpenForWrite, eWasOpenForRead (somebody reads what should be
+/// written), eOnLockedLayer (writing an entity there); `object` is then NULL
+ACAD_API Acad::ErrorStatus acdbOpenAcDbObject(AcDbObject*& object, AcDbObjectId id,
+                                              AcDb::OpenMode mode, bool openErased = false);
+
+/// Opens an object as a class of its own. @return also eNotThatKindOfClass; nothing is open then
+template <class T>
+Acad::ErrorStatus acdbOpenObject(T*& object, AcDbObjectId id, AcDb::OpenMode mode,
+                                 bool openErased = false) {
+    object = nullptr;
+    AcDbObject* base = nullptr;
+    const Acad::ErrorStatus status = acdbOpenAcDbObject(base, id, mode, openErased);
+    if (status != Acad::eOk) return status;
+    object = dynamic_cast<T*>(base);
+    if (object != nullptr) return Acad::eOk;
+    base->close();
+    return Acad::eNotThatKindOfClass;
+}
+
+template <>
+inline Acad::ErrorStatus acdbOpenObject<AcDbObject>(AcDbObject*& object, AcDbObjectId id,
+                                                    AcDb::OpenMode mode, bool openErased) {
+    return acdbOpenAcDbObject(object, id, mode, openErased);
+}
+
+/// Id behind an entity name, of an erased object too. @return eInvalidKey for a name that is none
+ACAD_API Acad::ErrorStatus acdbGetObjectId(AcDbObjectId& id, const ads_name name);
+/// Entity name of an id. @return eNullObjectId, ePermanentlyErased
+ACAD_API Acad::ErrorStatus acdbGetAdsName(ads_name name, AcDbObjectId id);
+
+#endif
