@@ -146,8 +146,27 @@ ACAD_API int acdbEntNext(const ads_name name, ads_name next);
 ACAD_API int acdbRegApp(const ACHAR* app);
 /// Groups of the table record (or block) `name`; NULL when there is none.
 ACAD_API resbuf* acdbTblSearch(const ACHAR* table, const ACHAR* name, int setNext);
+/// The next record of a table, from its first one after a rewind; NULL at the end.
+ACAD_API resbuf* acdbTblNext(const ACHAR* table, int rewind);
+/// Name of the table record's object.
+ACAD_API int acdbTblObjName(const ACHAR* table, const ACHAR* name, ads_name object);
 /// RTNORM for a valid symbol name; with `allowPipe` not 0 a '|' is accepted.
 ACAD_API int acdbSNValid(const ACHAR* name, int allowPipe);
+
+/// The drawing's named objects dictionary.
+ACAD_API int acdbNamedObjDict(ads_name dictionary);
+/// Groups of the entry `key`; NULL when there is none. With `setNext` the walk of acdbDictNext goes on
+/// behind it.
+ACAD_API resbuf* acdbDictSearch(const ads_name dictionary, const ACHAR* key, int setNext);
+/// Groups of the next entry, from the first one after a rewind; NULL at the end.
+ACAD_API resbuf* acdbDictNext(const ads_name dictionary, int rewind);
+/// Puts a non-graphical object that no dictionary owns under `key`. @return RTREJ for a key in use or
+/// an object that can't be entered
+ACAD_API int acdbDictAdd(const ads_name dictionary, const ACHAR* key, const ads_name object);
+/// Takes an entry out; its object stays in the drawing until it is saved.
+ACAD_API int acdbDictRemove(const ads_name dictionary, const ACHAR* key);
+/// Renames an entry. @return RTREJ for a missing old or a used new key
+ACAD_API int acdbDictRename(const ads_name dictionary, const ACHAR* oldKey, const ACHAR* newKey);
 
 /// Distance text to number: `unit` -1 is the drawing's linear unit (LUNITS), 1 to 5 as LUNITS.
 ACAD_API int acdbDisToF(const ACHAR* text, int unit, ads_real* value);
@@ -158,6 +177,19 @@ ACAD_API int acdbDisToF(const ACHAR* text, int unit, ads_real* value);
 ACAD_API int acedGetVar(const ACHAR* name, resbuf* value);
 /// Sets a system variable. @return RTERROR for an unknown, read-only or unfit one
 ACAD_API int acedSetVar(const ACHAR* name, const resbuf* value);
+/// Adds an entity to a set: without a set (NULL or a nil name) a new one is made, without an entity an
+/// empty one. At most 128 sets live at once. `result` may be the set itself.
+ACAD_API int acedSSAdd(const ads_name entity, const ads_name set, ads_name result);
+/// Takes an entity out of a set. @return RTERROR when it is no member
+ACAD_API int acedSSDel(const ads_name entity, const ads_name set);
+ACAD_API int acedSSLength(const ads_name set, int32_t* length);
+/// Member `index`, counted from 0, in the order of adding.
+ACAD_API int acedSSName(const ads_name set, int32_t index, ads_name entity);
+/// RTNORM for a member.
+ACAD_API int acedSSMemb(const ads_name entity, const ads_name set);
+/// Frees a set; its name is refused from now on.
+ACAD_API int acedSSFree(const ads_name set);
+
 /// Shows a text on the command line as it stands.
 ACAD_API int acedPrompt(const ACHAR* text);
 /// Point or displacement from one coordinate system to another. Each system is an RTSHORT (0 world,
