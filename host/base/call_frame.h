@@ -2,14 +2,12 @@
 #ifndef HOST_BASE_CALL_FRAME_H
 #define HOST_BASE_CALL_FRAME_H
 
-#include <vector>
-
 #include "acad/ads.h"
 
 namespace host {
 
-/// Pushed for the time of one call; calls nest. Owns the argument chain: what the callee left alive of
-/// it is released when the frame ends, node by node, whatever the callee relinked.
+/// Pushed for the time of one call; calls nest. Owns the argument chain: what the callee left alive
+/// of it is released when the frame ends, node by node, whatever the callee relinked.
 class CallFrame {
   public:
     /// Takes over `args` (may be NULL).
@@ -18,8 +16,8 @@ class CallFrame {
     CallFrame(const CallFrame&) = delete;
     CallFrame& operator=(const CallFrame&) = delete;
 
-    /// The value set by the last acedRet call: a chain of one value (a node, or RTLB .. RTLE), or NULL
-    /// when none was set. Lent; ends with the frame.
+    /// The value set by the last acedRet call: a chain of one value (a node, or RTLB .. RTLE), or
+    /// NULL when none was set. Lent; ends with the frame.
     const resbuf* result() const { return result_; }
 
     /// The innermost running call; NULL outside of any.
@@ -29,12 +27,8 @@ class CallFrame {
     void setResult(resbuf* chain);
 
   private:
-    struct Kept {
-        resbuf* node;
-        uint32_t stamp;
-    };
     resbuf* args_;
-    std::vector<Kept> kept_;
+    size_t kept_begin_;
     resbuf* result_ = nullptr;
     CallFrame* outer_;
 };

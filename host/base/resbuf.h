@@ -12,12 +12,12 @@ namespace host {
 /// Kind of the value that a node with this restype holds.
 enum class ValueKind : uint8_t { None, Text, Short, Long, Int64, Real, Point, Name };
 
-/// Kind by restype: RT codes and DXF groups (10-18, 110-112, 210-213 and 1010-1013 are points, 320-369,
-/// 390-399, 480-481, -1 and -2 names, 5, 105 and 1005 texts).
+/// Kind by restype: RT codes and DXF groups (10-18, 110-112, 210-213 and 1010-1013 are points,
+/// 320-369, 390-399, 480-481, -1 and -2 names, 5, 105 and 1005 texts).
 ValueKind valueKind(int restype);
 
-/// Stamp of a living node, never 0; 0 after its release. A node that comes out of the pool again has
-/// another stamp, so a caller that kept the stamp knows whether its node is still the same.
+/// Stamp of a living node, never 0; 0 after its release. A node that comes out of the pool again
+/// has another stamp, so a caller that kept the stamp knows whether its node is still the same.
 uint32_t stampOf(const resbuf* node);
 
 /// A node with a text of its own copy; NULL without memory.

@@ -1,6 +1,6 @@
 /// The one place where the library meets its surroundings: the platform's and the tools library's
-/// headers, and the export mark of its own functions. No other header or source of the library names
-/// them, so that another platform takes another include folder and nothing else.
+/// headers, and the export mark of its own functions. No other header or source of the library
+/// names them, so that another platform takes another include folder and nothing else.
 #ifndef KZ_PLATFORM_H
 #define KZ_PLATFORM_H
 

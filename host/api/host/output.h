@@ -1,5 +1,5 @@
-/// Where the host's texts go. There are two channels: what Lisp code prints, and what the host and the
-/// library say (prompts, messages, usage lines, warnings).
+/// Where the host's texts go. There are two channels: what Lisp code prints, and what the host and
+/// the library say (prompts, messages, usage lines, warnings).
 #ifndef HOST_OUTPUT_H
 #define HOST_OUTPUT_H
 

@@ -66,8 +66,12 @@ struct resbuf {
     ads_u_val resval;
 };
 
-inline bool ads_name_nil(const ads_name name) { return name[0] == 0 && name[1] == 0; }
-inline void ads_name_clear(ads_name name) { name[0] = name[1] = 0; }
+inline bool ads_name_nil(const ads_name name) {
+    return name[0] == 0 && name[1] == 0;
+}
+inline void ads_name_clear(ads_name name) {
+    name[0] = name[1] = 0;
+}
 inline void ads_name_set(const ads_name from, ads_name to) {
     to[0] = from[0];
     to[1] = from[1];
@@ -88,8 +92,9 @@ ACAD_API resbuf* acutNewRb(int restype);
 /// released before is left alone. @return RTNORM
 ACAD_API int acutRelRb(resbuf* chain);
 /// A chain from pairs of code and value, ended by a code 0 (by RTNONE where group 0 is wanted with
-/// RTDXF0): text as const ACHAR*, reals as double, shorts and longs as int, points as const double*,
-/// names as const int64_t*, markers without a value. @return NULL without memory or for an unknown code
+/// RTDXF0): text as const ACHAR*, reals as double, shorts and longs as int, points as const
+/// double*, names as const int64_t*, markers without a value. @return NULL without memory or for an
+/// unknown code
 ACAD_API resbuf* acutBuildList(int restype, ...);
 /// RTNORM when `text` matches the wildcard `pattern` (# @ . * ? ~ [..] [~..] , and ` as escape).
 ACAD_API int acutWcMatch(const ACHAR* text, const ACHAR* pattern);
@@ -123,11 +128,11 @@ ACAD_API int acedRetVal(const resbuf* node);
 
 /// Name of the entity (or other object) with this handle in the current drawing, erased ones too.
 ACAD_API int acdbHandEnt(const ACHAR* handle, ads_name name);
-/// Groups of an entity: -1 name, 0 type, then the others in file order; NULL for an erased entity or a
-/// name that leads nowhere. Caller releases.
+/// Groups of an entity: -1 name, 0 type, then the others in file order; NULL for an erased entity
+/// or a name that leads nowhere. Caller releases.
 ACAD_API resbuf* acdbEntGet(const ads_name name);
-/// The same with the XDATA of the applications named in `apps` (RTSTR nodes with wildcards): group -3,
-/// then each application's groups from its 1001 on.
+/// The same with the XDATA of the applications named in `apps` (RTSTR nodes with wildcards): group
+/// -3, then each application's groups from its 1001 on.
 ACAD_API resbuf* acdbEntGetX(const ads_name name, const resbuf* apps);
 /// Adds an entity, or a table record, to the current drawing; the name of the new one is given when
 /// `name` is not NULL. @return RTNORM; RTREJ for a list that makes no entity (ERRNO says why)
@@ -155,13 +160,13 @@ ACAD_API int acdbSNValid(const ACHAR* name, int allowPipe);
 
 /// The drawing's named objects dictionary.
 ACAD_API int acdbNamedObjDict(ads_name dictionary);
-/// Groups of the entry `key`; NULL when there is none. With `setNext` the walk of acdbDictNext goes on
-/// behind it.
+/// Groups of the entry `key`; NULL when there is none. With `setNext` the walk of acdbDictNext goes
+/// on behind it.
 ACAD_API resbuf* acdbDictSearch(const ads_name dictionary, const ACHAR* key, int setNext);
 /// Groups of the next entry, from the first one after a rewind; NULL at the end.
 ACAD_API resbuf* acdbDictNext(const ads_name dictionary, int rewind);
-/// Puts a non-graphical object that no dictionary owns under `key`. @return RTREJ for a key in use or
-/// an object that can't be entered
+/// Puts a non-graphical object that no dictionary owns under `key`. @return RTREJ for a key in use
+/// or an object that can't be entered
 ACAD_API int acdbDictAdd(const ads_name dictionary, const ACHAR* key, const ads_name object);
 /// Takes an entry out; its object stays in the drawing until it is saved.
 ACAD_API int acdbDictRemove(const ads_name dictionary, const ACHAR* key);
@@ -177,8 +182,8 @@ ACAD_API int acdbDisToF(const ACHAR* text, int unit, ads_real* value);
 ACAD_API int acedGetVar(const ACHAR* name, resbuf* value);
 /// Sets a system variable. @return RTERROR for an unknown, read-only or unfit one
 ACAD_API int acedSetVar(const ACHAR* name, const resbuf* value);
-/// Adds an entity to a set: without a set (NULL or a nil name) a new one is made, without an entity an
-/// empty one. At most 128 sets live at once. `result` may be the set itself.
+/// Adds an entity to a set: without a set (NULL or a nil name) a new one is made, without an entity
+/// an empty one. At most 128 sets live at once. `result` may be the set itself.
 ACAD_API int acedSSAdd(const ads_name entity, const ads_name set, ads_name result);
 /// Takes an entity out of a set. @return RTERROR when it is no member
 ACAD_API int acedSSDel(const ads_name entity, const ads_name set);

@@ -1,5 +1,6 @@
-/// The drawing database: ids, open modes, objects. A database object is opened, used and closed again;
-/// several may read an object at once, or one may write it, and who breaks the rule gets a status.
+/// The drawing database: ids, open modes, objects. A database object is opened, used and closed
+/// again; several may read an object at once, or one may write it, and who breaks the rule gets a
+/// status.
 #ifndef ACAD_DB_H
 #define ACAD_DB_H
 
@@ -85,7 +86,8 @@ class ACAD_API AcDbObject {
     AcDbDatabase* database() const;
     /// Ends this opening. @return eOk; the status of a close without an open otherwise
     Acad::ErrorStatus close();
-    /// From read to write: eWasOpenForRead when others read too, eOnLockedLayer for an entity there.
+    /// From read to write: eWasOpenForRead when others read too, eOnLockedLayer for an entity
+    /// there.
     Acad::ErrorStatus upgradeOpen();
     /// From write to read.
     Acad::ErrorStatus downgradeOpen();
@@ -95,13 +97,13 @@ class ACAD_API AcDbObject {
     bool isWriteEnabled() const;
     bool isReadEnabled() const;
 
-    /// Copy of the XDATA of one application, or with NULL of all, from the first 1001 node on; NULL when
-    /// there is none. Caller releases.
+    /// Copy of the XDATA of one application, or with NULL of all, from the first 1001 node on; NULL
+    /// when there is none. Caller releases.
     resbuf* xData(const ACHAR* app = nullptr) const;
-    /// Replaces the data of each application named in `chain` (a -3 node in front is skipped); a 1001
-    /// node alone removes that application's data. @return eRegappIdNotFound for a name that is not
-    /// registered, eXdataSizeExceeded above 16383 bytes an object, eBadDxfSequence for braces that don't
-    /// match or values outside of an application; the data is then as it was
+    /// Replaces the data of each application named in `chain` (a -3 node in front is skipped); a
+    /// 1001 node alone removes that application's data. @return eRegappIdNotFound for a name that
+    /// is not registered, eXdataSizeExceeded above 16383 bytes an object, eBadDxfSequence for
+    /// braces that don't match or values outside of an application; the data is then as it was
     Acad::ErrorStatus setXData(const resbuf* chain);
 
     /// Name of the object's class in DXF files, e.g. "LINE".
