@@ -1,5 +1,5 @@
-/// The suite's heap. It is the runtime's heap: a block of kz_Malloc may go back by free, a string of
-/// kz_Str_dup by kz_Free.
+/// The suite's heap. It is the runtime's heap: a block of kz_Malloc may go back by free, a string
+/// of kz_Str_dup by kz_Free.
 #ifndef KZ_TLS21AN_MEMORY_H
 #define KZ_TLS21AN_MEMORY_H
 
@@ -7,13 +7,15 @@
 
 extern "C" {
 
-/// A block of `size` bytes, not cleared. @return NULL when there is no memory; caller frees with kz_Free
+/// A block of `size` bytes, not cleared. @return NULL when there is no memory; caller frees with
+/// kz_Free
 KZ_TLS_API void* kz_Malloc(size_t size);
 
 /// Gives a block back. NULL is ignored.
 KZ_TLS_API void kz_Free(void* block);
 
-/// Tests only: the `count`-th kz_Malloc from now and all that follow give NULL; 0 ends the shortage.
+/// Tests only: the `count`-th kz_Malloc from now and all that follow give NULL; 0 ends the
+/// shortage.
 KZ_TLS_API void kz_Malloc_failFrom(size_t count);
 }
 
