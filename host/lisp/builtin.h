@@ -74,6 +74,10 @@ std::span<const Builtin> conversionBuiltins();
 std::span<const Builtin> printBuiltins();
 std::span<const Builtin> fileBuiltins();
 std::span<const Builtin> geometryBuiltins();
+std::span<const Builtin> entityBuiltins();
+std::span<const Builtin> tableBuiltins();
+std::span<const Builtin> selectionBuiltins();
+std::span<const Builtin> variableBuiltins();
 
 }  // namespace host::lisp
 

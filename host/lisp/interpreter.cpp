@@ -24,9 +24,9 @@ constexpr size_t kStackReserve = 512 * 1024;
 constexpr size_t kStackWithoutLimit = 64 * 1024 * 1024;
 
 constexpr std::span<const Builtin> (*kFamilies[])() = {
-    controlBuiltins, functionBuiltins, symbolBuiltins,  numberBuiltins,
-    listBuiltins,    sequenceBuiltins, textBuiltins,    conversionBuiltins,
-    printBuiltins,   fileBuiltins,     geometryBuiltins};
+    controlBuiltins,  functionBuiltins, symbolBuiltins, numberBuiltins,    listBuiltins,
+    sequenceBuiltins, textBuiltins,     fileBuiltins,   geometryBuiltins,  conversionBuiltins,
+    printBuiltins,    entityBuiltins,   tableBuiltins,  selectionBuiltins, variableBuiltins};
 
 bool isFunction(const Value& value) {
     return value.is(Kind::UserFunction) || value.is(Kind::Subr) || value.is(Kind::External);
