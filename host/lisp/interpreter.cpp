@@ -111,7 +111,7 @@ Value Interpreter::evalAll(const Value& forms) {
 }
 
 Value Interpreter::evalText(std::u16string_view text, std::u16string_view file,
-                            const std::function<void()>& afterEach) {
+                            const std::function<void(const Value&)>& afterEach) {
     const auto lines = static_cast<uint32_t>(std::count(text.begin(), text.end(), u'\n')) + 1;
     const uint32_t base = file.empty() ? 0 : sources.enter(file, lines);
     Reader reader(symbols, text, base);
@@ -128,7 +128,7 @@ Value Interpreter::evalText(std::u16string_view text, std::u16string_view file,
         nativeGaveNothing = false;
         result = eval(datum);
         nativeGaveNothing = nativeGaveNothing && callsNative(datum);
-        if (afterEach) afterEach();
+        if (afterEach) afterEach(result);
     }
 }
 

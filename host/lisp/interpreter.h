@@ -49,9 +49,9 @@ class Interpreter {
     /// Value of the last of several forms, nil for none.
     Value evalAll(const Value& forms);
     /// Reads and evaluates a whole text; `file` is where it comes from, empty for nowhere.
-    /// `afterEach` runs behind each expression. @return value of the last expression
+    /// `afterEach` gets the value of each expression. @return value of the last expression
     Value evalText(std::u16string_view text, std::u16string_view file,
-                   const std::function<void()>& afterEach = {});
+                   const std::function<void(const Value&)>& afterEach = {});
 
     /// What can be called for a value in the place of a function: functions themselves, symbols
     /// that hold one, lists that define one.

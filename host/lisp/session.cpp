@@ -10,7 +10,6 @@
 #include "lisp/interpreter.h"
 #include "lisp/load.h"
 #include "lisp/printer.h"
-#include "lisp/reader.h"
 
 namespace host {
 
@@ -93,16 +92,24 @@ LispOutcome withoutMemory() {
     return outcome;
 }
 
-LispOutcome evaluate(std::u16string_view text, std::u16string_view file) {
+LispOutcome evaluate(std::u16string_view text, std::u16string_view file,
+                     const LispValueSink& each) {
     lisp::Interpreter& in = *session().interpreter;
     in.beginTopLevel();
     LeakWatch watch;
     LispOutcome outcome;
+    const auto shown = [&](const lisp::Value& value) {
+        const bool nothing = value.isNil() && in.nativeGaveNothing;
+        return nothing ? std::u16string() : lisp::printed(value, lisp::PrintForm::Readable);
+    };
+    const auto afterEach = [&](const lisp::Value& value) {
+        watch.check();
+        if (!each) return;
+        const std::u16string printed = shown(value);
+        if (!printed.empty()) each(printed);
+    };
     try {
-        const lisp::Value value = in.evalText(text, file, [&] { watch.check(); });
-        if (!(value.isNil() && in.nativeGaveNothing)) {
-            outcome.value = lisp::printed(value, lisp::PrintForm::Readable);
-        }
+        outcome.value = shown(in.evalText(text, file, afterEach));
     } catch (lisp::Failure& failure) {
         outcome = failed(in, failure);
         watch.check();
@@ -114,8 +121,8 @@ LispOutcome evaluate(std::u16string_view text, std::u16string_view file) {
 
 }  // namespace
 
-LispOutcome evalLisp(std::u16string_view text) {
-    return evaluate(text, u"");
+LispOutcome evalLisp(std::u16string_view text, const LispValueSink& each) {
+    return evaluate(text, u"", each);
 }
 
 LispOutcome loadLisp(const std::string& name) {
@@ -123,7 +130,7 @@ LispOutcome loadLisp(const std::string& name) {
     std::u16string text;
     std::string error;
     if (lisp::readProgram(path.empty() ? name : path, text, error)) {
-        return evaluate(text, kz::toUtf16(path));
+        return evaluate(text, kz::toUtf16(path), {});
     }
     LispOutcome outcome;
     outcome.kind = LispOutcome::Kind::Unreadable;
@@ -141,23 +148,13 @@ std::u16string describeError(const LispOutcome& outcome) {
     return text;
 }
 
-bool isCompleteLisp(std::u16string_view text) {
-    lisp::SymbolTable symbols;
-    lisp::Reader reader(symbols, text);
-    lisp::Value datum;
-    lisp::Reader::Status status = lisp::Reader::Status::Datum;
-    while (status == lisp::Reader::Status::Datum)
-        status = reader.read(datum);
-    return !(status == lisp::Reader::Status::Failed && reader.incomplete());
-}
-
 void defineNative(std::u16string_view name, int (*function)()) {
     session().natives[std::u16string(name)] = function;
     session().interpreter->define(name, function);
 }
 
-void interruptLisp() {
-    lisp::Interpreter::interrupted.store(true, std::memory_order_relaxed);
+bool interruptLisp() {
+    return !lisp::Interpreter::interrupted.exchange(true, std::memory_order_relaxed);
 }
 
 void resetLisp() {

@@ -36,24 +36,26 @@ struct LispOutcome {
     bool ok() const { return kind == Kind::Value; }
 };
 
+/// Takes the printed value of an expression; not called for one with nothing to show.
+using LispValueSink = std::function<void(std::u16string_view value)>;
+
 /// Evaluates a text that holds any number of expressions. Behind each of them the host warns on the
 /// message channel when database objects were left open or result buffers not released.
-HOST_API LispOutcome evalLisp(std::u16string_view text);
+/// @param each  gets the value of every expression as soon as it is there; may be empty
+HOST_API LispOutcome evalLisp(std::u16string_view text, const LispValueSink& each = {});
 /// Loads a program file in the same way. The name may lack ".lsp".
 HOST_API LispOutcome loadLisp(const std::string& path);
 /// The error of an outcome as people read it: "; error: MESSAGE", the form, file and line, each on
 /// a line of its own.
 HOST_API std::u16string describeError(const LispOutcome& outcome);
 
-/// False when more text could complete the expressions: an open list or text at the end.
-HOST_API bool isCompleteLisp(std::u16string_view text);
-
 /// Defines a Lisp function that calls a native one; an earlier meaning of the name is replaced. The
 /// native function takes its arguments with acedGetArgs and answers with acedRet.
 HOST_API void defineNative(std::u16string_view name, int (*function)());
 
 /// Makes the running evaluation end in "Function cancelled". May be called from a signal handler.
-HOST_API void interruptLisp();
+/// @return false when an earlier interrupt was not noticed yet
+HOST_API bool interruptLisp();
 /// Starts afresh: all symbols lose their values, native functions stay defined.
 HOST_API void resetLisp();
 
