@@ -1,5 +1,5 @@
-/// Replays every file of the given corpus folders through a fuzz target, so that what a fuzzer once found
-/// stays found without a fuzzing compiler.
+/// Replays every file of the given corpus folders through a fuzz target, so that what a fuzzer once
+/// found stays found without a fuzzing compiler.
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>

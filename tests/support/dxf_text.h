@@ -28,36 +28,40 @@ inline std::string drawing(const std::string& entities, const std::string& versi
     return pairs("0 SECTION | 2 HEADER | 9 $ACADVER | 1 " + version + " | 9 $DWGCODEPAGE | 3 " +
                  code_page +
                  " | 9 $CLAYER | 8 0 | 9 $ELEVATION | 40 2.5 | 9 $HANDSEED | 5 100 | 0 ENDSEC") +
-           pairs("0 SECTION | 2 TABLES | "
-                 "0 TABLE | 2 LTYPE | 5 5 | 330 0 | 100 AcDbSymbolTable | 70 1 | "
-                 "0 LTYPE | 5 16 | 330 5 | 100 AcDbSymbolTableRecord | 100 AcDbLinetypeTableRecord | "
-                 "2 Continuous | 70 0 | 3 Solid | 72 65 | 73 0 | 40 0.0 | 0 ENDTAB | "
-                 "0 TABLE | 2 LAYER | 5 2 | 330 0 | 100 AcDbSymbolTable | 70 2 | "
-                 "0 LAYER | 5 10 | 330 2 | 100 AcDbSymbolTableRecord | 100 AcDbLayerTableRecord | "
-                 "2 0 | 70 0 | 62 7 | 6 Continuous | "
-                 "0 LAYER | 5 11 | 330 2 | 100 AcDbSymbolTableRecord | 100 AcDbLayerTableRecord | "
-                 "2 Locked | 70 4 | 62 1 | 6 Continuous | 0 ENDTAB | "
-                 "0 TABLE | 2 APPID | 5 9 | 330 0 | 100 AcDbSymbolTable | 70 2 | "
-                 "0 APPID | 5 12 | 330 9 | 100 AcDbSymbolTableRecord | 100 AcDbRegAppTableRecord | "
-                 "2 ACAD | 70 0 | "
-                 "0 APPID | 5 13 | 330 9 | 100 AcDbSymbolTableRecord | 100 AcDbRegAppTableRecord | "
-                 "2 OTHER | 70 0 | 0 ENDTAB | "
-                 "0 TABLE | 2 BLOCK_RECORD | 5 1 | 330 0 | 100 AcDbSymbolTable | 70 2 | "
-                 "0 BLOCK_RECORD | 5 1F | 330 1 | 100 AcDbSymbolTableRecord | "
-                 "100 AcDbBlockTableRecord | 2 *Model_Space | "
-                 "0 BLOCK_RECORD | 5 1B | 330 1 | 100 AcDbSymbolTableRecord | "
-                 "100 AcDbBlockTableRecord | 2 *Paper_Space | 0 ENDTAB | 0 ENDSEC") +
-           pairs("0 SECTION | 2 BLOCKS | "
-                 "0 BLOCK | 5 20 | 330 1F | 100 AcDbEntity | 8 0 | 100 AcDbBlockBegin | "
-                 "2 *Model_Space | 70 0 | 10 0.0 | 20 0.0 | 30 0.0 | 3 *Model_Space | 1 ") +
-           pairs("0 ENDBLK | 5 21 | 330 1F | 100 AcDbEntity | 8 0 | 100 AcDbBlockEnd | "
-                 "0 BLOCK | 5 22 | 330 1B | 100 AcDbEntity | 8 0 | 100 AcDbBlockBegin | "
-                 "2 *Paper_Space | 70 0 | 10 0.0 | 20 0.0 | 30 0.0 | 3 *Paper_Space | 1 ") +
+           pairs(
+               "0 SECTION | 2 TABLES | "
+               "0 TABLE | 2 LTYPE | 5 5 | 330 0 | 100 AcDbSymbolTable | 70 1 | "
+               "0 LTYPE | 5 16 | 330 5 | 100 AcDbSymbolTableRecord | 100 AcDbLinetypeTableRecord | "
+               "2 Continuous | 70 0 | 3 Solid | 72 65 | 73 0 | 40 0.0 | 0 ENDTAB | "
+               "0 TABLE | 2 LAYER | 5 2 | 330 0 | 100 AcDbSymbolTable | 70 2 | "
+               "0 LAYER | 5 10 | 330 2 | 100 AcDbSymbolTableRecord | 100 AcDbLayerTableRecord | "
+               "2 0 | 70 0 | 62 7 | 6 Continuous | "
+               "0 LAYER | 5 11 | 330 2 | 100 AcDbSymbolTableRecord | 100 AcDbLayerTableRecord | "
+               "2 Locked | 70 4 | 62 1 | 6 Continuous | 0 ENDTAB | "
+               "0 TABLE | 2 APPID | 5 9 | 330 0 | 100 AcDbSymbolTable | 70 2 | "
+               "0 APPID | 5 12 | 330 9 | 100 AcDbSymbolTableRecord | 100 AcDbRegAppTableRecord | "
+               "2 ACAD | 70 0 | "
+               "0 APPID | 5 13 | 330 9 | 100 AcDbSymbolTableRecord | 100 AcDbRegAppTableRecord | "
+               "2 OTHER | 70 0 | 0 ENDTAB | "
+               "0 TABLE | 2 BLOCK_RECORD | 5 1 | 330 0 | 100 AcDbSymbolTable | 70 2 | "
+               "0 BLOCK_RECORD | 5 1F | 330 1 | 100 AcDbSymbolTableRecord | "
+               "100 AcDbBlockTableRecord | 2 *Model_Space | "
+               "0 BLOCK_RECORD | 5 1B | 330 1 | 100 AcDbSymbolTableRecord | "
+               "100 AcDbBlockTableRecord | 2 *Paper_Space | 0 ENDTAB | 0 ENDSEC") +
+           pairs(
+               "0 SECTION | 2 BLOCKS | "
+               "0 BLOCK | 5 20 | 330 1F | 100 AcDbEntity | 8 0 | 100 AcDbBlockBegin | "
+               "2 *Model_Space | 70 0 | 10 0.0 | 20 0.0 | 30 0.0 | 3 *Model_Space | 1 ") +
+           pairs(
+               "0 ENDBLK | 5 21 | 330 1F | 100 AcDbEntity | 8 0 | 100 AcDbBlockEnd | "
+               "0 BLOCK | 5 22 | 330 1B | 100 AcDbEntity | 8 0 | 100 AcDbBlockBegin | "
+               "2 *Paper_Space | 70 0 | 10 0.0 | 20 0.0 | 30 0.0 | 3 *Paper_Space | 1 ") +
            pairs("0 ENDBLK | 5 23 | 330 1B | 100 AcDbEntity | 8 0 | 100 AcDbBlockEnd | 0 ENDSEC") +
            pairs("0 SECTION | 2 ENTITIES") + entities + pairs("0 ENDSEC") +
-           pairs("0 SECTION | 2 OBJECTS | 0 DICTIONARY | 5 C | 330 0 | 100 AcDbDictionary | 281 1 | "
-                 "3 ACAD_GROUP | 350 D | 0 DICTIONARY | 5 D | 330 C | 100 AcDbDictionary | 281 1 | "
-                 "0 ENDSEC | 0 EOF");
+           pairs(
+               "0 SECTION | 2 OBJECTS | 0 DICTIONARY | 5 C | 330 0 | 100 AcDbDictionary | 281 1 | "
+               "3 ACAD_GROUP | 350 D | 0 DICTIONARY | 5 D | 330 C | 100 AcDbDictionary | 281 1 | "
+               "0 ENDSEC | 0 EOF");
 }
 
 /// A line with handle, layer and further pairs behind its own.

@@ -38,7 +38,8 @@ class TempFolder {
 
     size_t count() const {
         size_t files = 0;
-        for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(path_)) ++files;
+        for ([[maybe_unused]] const auto& entry : std::filesystem::directory_iterator(path_))
+            ++files;
         return files;
     }
 
