@@ -10,11 +10,11 @@
 
 /// Output options of kz_Diag_setOutput.
 enum {
-    KZ_DIAG_OUTPUT_NONE = 0,     ///< nowhere
-    KZ_DIAG_OUTPUT_STDERR = 1,   ///< the standard error stream (the start value)
-    KZ_DIAG_OUTPUT_FILE = 2,     ///< a file, emptied when it is selected
-    KZ_DIAG_OUTPUT_APPEND = 3,   ///< a file, added to
-    KZ_DIAG_OUTPUT_HANDLER = 4   ///< the function given to kz_Diag_setHandler
+    KZ_DIAG_OUTPUT_NONE = 0,    ///< nowhere
+    KZ_DIAG_OUTPUT_STDERR = 1,  ///< the standard error stream (the start value)
+    KZ_DIAG_OUTPUT_FILE = 2,    ///< a file, emptied when it is selected
+    KZ_DIAG_OUTPUT_APPEND = 3,  ///< a file, added to
+    KZ_DIAG_OUTPUT_HANDLER = 4  ///< the function given to kz_Diag_setHandler
 };
 
 /// Receives one trace line without its line end, and where it came from.
@@ -43,7 +43,8 @@ KZ_TLS_API kz_Char* kz_Diag_getDiagMsgBuf(void);
 /// and is emptied for the others.
 KZ_TLS_API int kz_Diag_getOutput(kz_Char* buffer);
 /// Selects the output. Options 2 and 3 need a file name that can be opened for writing.
-/// @return 1; 0 for an unknown option, a missing name or a file that can't be opened, output unchanged
+/// @return 1; 0 for an unknown option, a missing name or a file that can't be opened, output
+/// unchanged
 KZ_TLS_API int kz_Diag_setOutput(int option, const kz_Char* fileName);
 /// Level -1, mask 0, output to the standard error stream; an open file is closed.
 KZ_TLS_API void kz_Diag_disable(void);

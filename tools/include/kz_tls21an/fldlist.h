@@ -1,8 +1,9 @@
-/// Field list: named fields with typed values and a current field. A kz_FldList is a kz_LnkList whose
-/// elements are kz_FldNode records, and the value of a V field is again such a list, of nameless nodes;
-/// so the curr* operations read a field list and a value list alike.
+/// Field list: named fields with typed values and a current field. A kz_FldList is a kz_LnkList
+/// whose elements are kz_FldNode records, and the value of a V field is again such a list, of
+/// nameless nodes; so the curr* operations read a field list and a value list alike.
 ///
-/// Names are matched without regard to case and kept as they were given. Names and texts are copied in.
+/// Names are matched without regard to case and kept as they were given. Names and texts are copied
+/// in.
 #ifndef KZ_TLS21AN_FLDLIST_H
 #define KZ_TLS21AN_FLDLIST_H
 
@@ -13,17 +14,17 @@ typedef kz_LnkList kz_FldList;
 
 /// Type letters of a field.
 enum : int16_t {
-    KZ_FLD_CHAR = 'C',    ///< text
-    KZ_FLD_HANDLE = 'H',  ///< handle text
-    KZ_FLD_INT = 'I',     ///< 16-bit integer
-    KZ_FLD_LONG = 'L',    ///< 32-bit integer
-    KZ_FLD_REAL = 'N',    ///< double
-    KZ_FLD_POINT = 'P',   ///< point
-    KZ_FLD_MPOINT = 'M',  ///< point, world position
-    KZ_FLD_DPOINT = 'D',  ///< point, world displacement
-    KZ_FLD_VECTOR = 'O',  ///< vector, world direction
-    KZ_FLD_UNKNOWN = 'U', ///< no value yet
-    KZ_FLD_LIST = 'V'     ///< several values
+    KZ_FLD_CHAR = 'C',     ///< text
+    KZ_FLD_HANDLE = 'H',   ///< handle text
+    KZ_FLD_INT = 'I',      ///< 16-bit integer
+    KZ_FLD_LONG = 'L',     ///< 32-bit integer
+    KZ_FLD_REAL = 'N',     ///< double
+    KZ_FLD_POINT = 'P',    ///< point
+    KZ_FLD_MPOINT = 'M',   ///< point, world position
+    KZ_FLD_DPOINT = 'D',   ///< point, world displacement
+    KZ_FLD_VECTOR = 'O',   ///< vector, world direction
+    KZ_FLD_UNKNOWN = 'U',  ///< no value yet
+    KZ_FLD_LIST = 'V'      ///< several values
 };
 
 /// Value of a field; the type letter tells which member holds it.
@@ -39,16 +40,17 @@ union kz_FldValue {
 
 /// One field, or one value of a V field (then name is NULL).
 struct kz_FldNode {
-    kz_Char* name;  ///< owned
+    kz_Char* name;  ///< part of the node's own block: never freed or replaced on its own
     int16_t type;   ///< type letter
     kz_FldValue value;
 };
 
 extern "C" {
 
-/// A new list: empty when `name` is NULL, else with one field of that name. Type U takes no value
-/// (`value` NULL); any other type takes `value` as kz_FldList_addVal does. `size` is not used.
-/// @return NULL when there is no memory; caller destroys
+/// A new list: empty when `name` is NULL, else with one field of that name, which is current. Type
+/// U takes no value (`value` NULL); any other type takes `value` as kz_FldList_addVal does. `size`
+/// is not used.
+/// @return NULL when there is no memory or the value can't be taken; caller destroys
 KZ_TLS_API kz_FldList* kz_FldList_create(const kz_Char* name, int16_t type, const void* value,
                                          int size);
 /// Destroys the list with all names and values. @return 1; 0 for a NULL list
@@ -64,12 +66,14 @@ KZ_TLS_API int kz_FldList_next(kz_FldList* list);
 KZ_TLS_API int kz_FldList_eol(const kz_FldList* list);
 /// The current node, lent; NULL at the end.
 KZ_TLS_API kz_FldNode* kz_FldList_curr(const kz_FldList* list);
-/// Makes the field `name` current. @return its node, lent; NULL when there is none (position at the end)
+/// Makes the field `name` current. @return its node, lent; NULL when there is none (position at the
+/// end)
 KZ_TLS_API kz_FldNode* kz_FldList_find(kz_FldList* list, const kz_Char* name);
 /// Removes the current field; the following one becomes current. @return 1; 0 at the end
 KZ_TLS_API int kz_FldList_delCurr(kz_FldList* list);
 
-/// Name of the current field, copied unbounded into `buffer`. @return 1; 0 and an empty text when there is none
+/// Name of the current field, copied unbounded into `buffer`. @return 1; 0 and an empty text when
+/// there is none
 KZ_TLS_API int kz_FldList_currFldname(const kz_FldList* list, kz_Char* buffer);
 /// Type letter of the current field. @return 1; 0 at the end, `type` untouched
 KZ_TLS_API int kz_FldList_currFldtype(const kz_FldList* list, int16_t* type);
@@ -103,30 +107,35 @@ KZ_TLS_API int kz_FldList_modVector(kz_FldList* list, const kz_Char* name, const
 KZ_TLS_API int kz_FldList_modUnknown(kz_FldList* list, const kz_Char* name);
 
 /// Add one more value to the named field: a missing field is created last, a U field gets its only
-/// value, a field with a value becomes a V field. The field becomes current. @return as kz_FldList_mod*
+/// value, a field with a value becomes a V field. The field becomes current. @return as
+/// kz_FldList_mod*
 KZ_TLS_API int kz_FldList_addCharVal(kz_FldList* list, const kz_Char* name, const kz_Char* value);
 KZ_TLS_API int kz_FldList_addHandleVal(kz_FldList* list, const kz_Char* name, const kz_Char* value);
 KZ_TLS_API int kz_FldList_addIntVal(kz_FldList* list, const kz_Char* name, int16_t value);
 KZ_TLS_API int kz_FldList_addLongVal(kz_FldList* list, const kz_Char* name, int32_t value);
 KZ_TLS_API int kz_FldList_addRealVal(kz_FldList* list, const kz_Char* name, double value);
 KZ_TLS_API int kz_FldList_addPointVal(kz_FldList* list, const kz_Char* name, const kz_Point* value);
-KZ_TLS_API int kz_FldList_addMpointVal(kz_FldList* list, const kz_Char* name, const kz_Point* value);
-KZ_TLS_API int kz_FldList_addDpointVal(kz_FldList* list, const kz_Char* name, const kz_Point* value);
-KZ_TLS_API int kz_FldList_addVectorVal(kz_FldList* list, const kz_Char* name, const kz_Vector* value);
-/// The same by type letter: `value` is the text for C and H, else a pointer to the value; with U the
-/// field is only made. @return also 0 for a letter that no value can have
+KZ_TLS_API int kz_FldList_addMpointVal(kz_FldList* list, const kz_Char* name,
+                                       const kz_Point* value);
+KZ_TLS_API int kz_FldList_addDpointVal(kz_FldList* list, const kz_Char* name,
+                                       const kz_Point* value);
+KZ_TLS_API int kz_FldList_addVectorVal(kz_FldList* list, const kz_Char* name,
+                                       const kz_Vector* value);
+/// The same by type letter: `value` is the text for C and H, else a pointer to the value; with U
+/// the field is only made. @return also 0 for a letter that no value can have
 KZ_TLS_API int kz_FldList_addVal(kz_FldList* list, const kz_Char* name, int16_t type,
                                  const void* value);
 
-/// 0 when both nodes have the same type and value (texts exactly, doubles bit for bit equal or equal
-/// as numbers, V fields value by value); non-zero otherwise. Names are not looked at.
+/// 0 when both nodes have the same type and value (texts exactly, doubles bit for bit equal or
+/// equal as numbers, V fields value by value); non-zero otherwise. Names are not looked at.
 KZ_TLS_API int kz_FldList_compareNode(const kz_FldNode* a, const kz_FldNode* b);
 
 /// Text of the named field of type C or H, at most size - 1 characters and terminated.
 /// @return 1; 0 and an empty text when there is no such field. The position stays.
 KZ_TLS_API int kz_FldList_getChar(const kz_FldList* list, const kz_Char* name, kz_Char* buffer,
                                   int size);
-/// Integer of the named field of type I, or of type L when it fits. @return 1, else 0 and out untouched
+/// Integer of the named field of type I, or of type L when it fits. @return 1, else 0 and out
+/// untouched
 KZ_TLS_API int kz_FldList_getInt(const kz_FldList* list, const kz_Char* name, int16_t* out);
 /// Appends an integer field, also when the name occurs already. @return 1 or 0
 KZ_TLS_API int kz_FldList_appInt(kz_FldList* list, const kz_Char* name, int16_t value);
@@ -138,8 +147,8 @@ KZ_TLS_API int kz_FldList_applyTransform(kz_FldList* list, const kz_Point* origi
                                          const struct kz_RotMatrix* rotation,
                                          const kz_Char* letters);
 
-/// Dumps the list to the trace output, one field a line, when `level` is not above the current level
-/// and `mask` shares a bit with the condition mask.
+/// Dumps the list to the trace output, one field a line, when `level` is not above the current
+/// level and `mask` shares a bit with the condition mask.
 KZ_TLS_API void kz_FldList_printListDiag(kz_FldList* list, int16_t level, int32_t mask);
 }
 

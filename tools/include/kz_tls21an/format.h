@@ -53,7 +53,10 @@ kz_FormatArg kz_formatArg(T value) {
 
 /// Formats into `out`, a buffer of `size` units that always ends up terminated (size 0 writes
 /// nothing). Conversions: d i u x X o c s S f e E g G p and %%, with flags, width, precision (also
-/// *), and the sizes h l ll I64 w. A NULL text prints "(null)".
+/// *), and the sizes hh h l ll I64 w. A NULL text prints "(null)"; %c of 0 writes a zero unit,
+/// which counts as written. A conversion with an argument of another kind prints as it stands and
+/// uses that argument up; one that is unknown or has no argument uses none. A width or precision
+/// above 2^20 counts as 2^20.
 /// @return units written without the terminator; the text is cut at size - 1
 KZ_TLS_API int kz_Str_formatArgs(kz_Char* out, size_t size, const kz_Char* format,
                                  const kz_FormatArg* args, size_t count);

@@ -1,6 +1,7 @@
 /// Linked list of untyped elements with a current position. The list owns its nodes; the elements
-/// belong to it only as far as the destructor handed to the removing operations says (NULL: elements
-/// stay the caller's). A NULL list is accepted everywhere: it is empty, and changing it fails.
+/// belong to it only as far as the destructor handed to the removing operations says (NULL:
+/// elements stay the caller's). A NULL list is accepted everywhere: it is empty, and changing it
+/// fails.
 #ifndef KZ_TLS21AN_LNKLIST_H
 #define KZ_TLS21AN_LNKLIST_H
 
@@ -15,7 +16,8 @@ extern "C" {
 
 /// A new empty list. @return NULL when there is no memory; caller destroys
 KZ_TLS_API kz_LnkList* kz_LnkList_create(void);
-/// Destroys each element with `destructor` (may be NULL), then the list. @return 1; 0 for a NULL list
+/// Destroys each element with `destructor` (may be NULL), then the list. @return 1; 0 for a NULL
+/// list
 KZ_TLS_API int kz_LnkList_destroy(kz_LnkList* list, kz_Destructor destructor);
 /// Removes all elements; the list is empty afterwards and at its end. @return 1; 0 for a NULL list
 KZ_TLS_API int kz_LnkList_delAll(kz_LnkList* list, kz_Destructor destructor);

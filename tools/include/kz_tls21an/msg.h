@@ -1,6 +1,6 @@
 /// Display text of messages: 8-bit default wording in, wide display text out. A catalogue file may
-/// translate: lines "module|default text=display text" in UTF-8, '#' starts a comment line, \n and \\
-/// stand for a line end and a backslash.
+/// translate: lines "module|default text=display text" in UTF-8, '#' starts a comment line, \n,
+/// \= and \\ stand for a line end, an equals sign inside the default text, and a backslash.
 #ifndef KZ_TLS21AN_MSG_H
 #define KZ_TLS21AN_MSG_H
 
@@ -16,8 +16,9 @@ enum {
 
 extern "C" {
 
-/// The display text of `text` for `module`, with the line ends of `format` (0: none; other bits than
-/// the three named are ignored). A text that the catalogue does not have is shown as it is (UTF-8).
+/// The display text of `text` for `module`, with the line ends of `format` (0: none; other bits
+/// than the three named are ignored). A text that the catalogue does not have is shown as it is
+/// (UTF-8).
 /// @return text owned by this facility, valid until the 16th following call; NULL text gives ""
 KZ_TLS_API const kz_Char* kz_Msg(const char* text, const char* module, int format);
 

@@ -1,5 +1,6 @@
-/// Conversions between UTF-16, UTF-8 and folded text, as C++ strings. A byte that is no UTF-8 becomes
-/// the lone surrogate U+DC80 + (byte - 0x80) and goes back to the same byte, so nothing is lost.
+/// Conversions between UTF-16, UTF-8 and folded text, as C++ strings. A byte that is no UTF-8
+/// becomes the lone surrogate U+DC80 + (byte - 0x80) and goes back to the same byte, so nothing is
+/// lost.
 #ifndef KZ_TLS21AN_TEXT_H
 #define KZ_TLS21AN_TEXT_H
 
@@ -29,8 +30,8 @@ KZ_TLS_API std::u16string toUpper(std::u16string_view text);
 /// Comparison without regard to case by upperUnit: negative, 0, positive.
 KZ_TLS_API int compareNoCase(std::u16string_view a, std::u16string_view b);
 
-/// Decimal prefix of a text as a number, as strtol does: leading blanks, sign, digits; 0 on rubbish;
-/// clamped to the range of 32 bits.
+/// Decimal prefix of a text as a number, as strtol does: leading blanks, sign, digits; 0 on
+/// rubbish; clamped to the range of 32 bits.
 KZ_TLS_API int32_t parseInteger(std::u16string_view text);
 /// Decimal prefix of a text as a real, as strtod does, always with '.'; 0.0 on rubbish.
 KZ_TLS_API double parseReal(std::u16string_view text);
