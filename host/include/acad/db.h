@@ -54,7 +54,6 @@ namespace AcDb {
 enum OpenMode { kForRead = 0, kForWrite = 1, kForNotify = 2 };
 }
 
-class AcDbDatabase;
 class AcDbObject;
 
 /// Id of a database object: leads to a slot of its database's object table. Valid as long as that
@@ -82,8 +81,6 @@ class ACAD_API AcDbObject {
     AcDbObject& operator=(const AcDbObject&) = delete;
 
     AcDbObjectId objectId() const;
-    /// The database that holds the object; NULL for one that is in no database yet.
-    AcDbDatabase* database() const;
     /// Ends this opening. @return eOk; the status of a close without an open otherwise
     Acad::ErrorStatus close();
     /// From read to write: eWasOpenForRead when others read too, eOnLockedLayer for an entity

@@ -1,0 +1,313 @@
+/// The drawing database behind AcDbDatabase: the object table, the blocks, tables and dictionaries
+/// of a drawing, and the file that it was read from.
+///
+/// An object is a slot of the table. A slot notes type, handle, owner and the bytes in the file;
+/// what the bytes say is decoded when the object is first opened. Tables, block headers and the
+/// contents of blocks are decoded at once, dictionaries when one of their entries is first asked
+/// for.
+#ifndef HOST_DB_DATABASE_H
+#define HOST_DB_DATABASE_H
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+#include "acad/db.h"
+#include "db/handle_map.h"
+#include "db/tags.h"
+#include "db/xdata.h"
+#include "dxf/codec.h"
+
+namespace host {
+
+using Slot = uint32_t;
+/// No object. Slot 0 is never used.
+constexpr Slot kNoSlot = 0;
+
+/// What an object is to the drawing.
+enum class ObjectClass : uint8_t {
+    Entity,       ///< main entity of a block
+    SubEntity,    ///< VERTEX, ATTRIB or SEQEND behind its main entity
+    TableHead,    ///< TABLE
+    TableRecord,  ///< entry of a table
+    BlockBegin,   ///< BLOCK
+    BlockEnd,     ///< ENDBLK
+    Object        ///< of the OBJECTS section
+};
+
+/// Decoded form of an object.
+struct ObjectData {
+    Tags tags;  ///< without XDATA; the first one is the type (0)
+    XData xdata;
+    std::string_view tail;  ///< bytes behind the XDATA (embedded objects), kept as they are
+    bool has_tags = false;
+    bool has_xdata = false;
+    bool tags_changed = false;
+};
+
+/// One slot of the object table.
+struct ObjectRecord {
+    uint64_t handle = 0;
+    const char* bytes = nullptr;  ///< in the file image; NULL for an object made here
+    uint32_t size = 0;            ///< of the bytes
+    uint32_t xdata_offset = 0;    ///< of the first 1001 pair; size when there is none
+    Slot owner = kNoSlot;         ///< block record, main entity, table head, or owning object
+    uint32_t position = 0;        ///< index among the contents of its block, or of its table
+    uint16_t type = 0;            ///< index of the type name
+    ObjectClass object_class = ObjectClass::Object;
+    bool erased = false;
+    bool changed = false;
+    bool writer = false;
+    uint16_t readers = 0;
+    AcDbObject* object = nullptr;  ///< instance handed out by acdbOpenObject; owned
+    std::unique_ptr<ObjectData> data;
+};
+
+/// A block: its record in the table and what is between its BLOCK and ENDBLK.
+struct Block {
+    Slot record = kNoSlot;
+    Slot begin = kNoSlot;
+    Slot end = kNoSlot;
+    std::vector<Slot> contents;  ///< entities and sub-entities in drawing order, erased ones too
+};
+
+/// A symbol table.
+struct SymbolTable {
+    std::string name;  ///< "LAYER"
+    Slot head = kNoSlot;
+    std::vector<Slot> records;                         ///< in file order, erased ones too
+    std::unordered_map<std::u16string, Slot> by_name;  ///< key in upper case; living records
+    const char* insert_at = nullptr;                   ///< ENDTAB in the file
+    size_t walk = 0;                                   ///< of acdbTblNext
+};
+
+/// A dictionary's entries in order.
+struct DictionaryData {
+    struct Entry {
+        std::u16string key;
+        uint64_t handle = 0;
+        bool removed = false;
+    };
+    std::vector<Entry> entries;
+    std::unordered_map<std::u16string, size_t> by_key;  ///< key in upper case
+    int value_code = 350;                               ///< 350 soft owner, 360 hard owner
+    bool changed = false;                               ///< the tags are behind the entries
+    size_t walk = 0;                                    ///< of acdbDictNext
+};
+
+/// A variable of the header: "$NAME" and its tags.
+struct HeaderVariable {
+    std::string name;
+    const char* begin = nullptr;  ///< the pair 9; NULL for one added here
+    const char* end = nullptr;
+    Tags tags;
+    bool changed = false;
+};
+
+/// Where new text goes in the file: behind the last thing of a section's kind. NULL: no such
+/// section.
+struct InsertPoints {
+    const char* entities_begin = nullptr;  ///< 0 SECTION of ENTITIES
+    const char* header_end = nullptr;      ///< ENDSEC of HEADER
+    const char* tables_end = nullptr;      ///< ENDSEC of TABLES
+    const char* blocks_end = nullptr;      ///< ENDSEC of BLOCKS
+    const char* entities_end = nullptr;    ///< ENDSEC of ENTITIES
+    const char* objects_end = nullptr;     ///< ENDSEC of OBJECTS
+    const char* eof = nullptr;             ///< the pair 0 EOF
+};
+
+class Database {
+  public:
+    Database();
+    ~Database();
+    Database(const Database&) = delete;
+    Database& operator=(const Database&) = delete;
+
+    // --- names ----------------------------------------------------------------------------------
+
+    AcDbObjectId idOf(Slot slot) const;
+    /// Slot of an id of this database; kNoSlot for another's.
+    Slot slotOf(AcDbObjectId id) const;
+    /// The living database that an id leads to; NULL when there is none.
+    static Database* find(AcDbObjectId id);
+    void nameOf(Slot slot, ads_name name) const;
+    /// The id behind a name; null for a name that is none.
+    static AcDbObjectId idFromName(const ads_name name);
+
+    // --- object table ---------------------------------------------------------------------------
+
+    ObjectRecord& record(Slot slot) { return records_[slot]; }
+    const ObjectRecord& record(Slot slot) const { return records_[slot]; }
+    Slot slotCount() const { return static_cast<Slot>(records_.size()); }
+    void reserve(size_t objects);
+    /// A new slot without a handle; the type name is interned.
+    Slot addRecord(std::string_view type, ObjectClass object_class);
+    /// Gives a handle to a slot. False when the handle is in use; then nothing changes.
+    bool setHandle(Slot slot, uint64_t handle);
+    /// The next free handle, from now on in use.
+    uint64_t newHandle();
+    void raiseHandleSeed(uint64_t seed);
+    uint64_t handleSeed() const { return handle_seed_; }
+    /// Slot of a handle, erased objects too; kNoSlot when there is none.
+    Slot findHandle(uint64_t handle) const { return handles_.find(handle); }
+    const std::string& typeName(Slot slot) const { return type_names_[records_[slot].type]; }
+
+    // --- decoded objects ------------------------------------------------------------------------
+
+    /// A new object of the drawing with these tags behind its type, handle and owner. The caller
+    /// puts it where it belongs.
+    Slot makeRecord(std::string_view type, ObjectClass object_class, uint64_t owner, Tags tags);
+    /// The object's tags, decoded on the first call.
+    Tags& tags(Slot slot);
+    XData& xdata(Slot slot);
+    /// Marks an object as changed: it will be written from its decoded form.
+    void touch(Slot slot);
+    /// The same when its tags were changed and not only its XDATA.
+    void touchTags(Slot slot);
+    /// True when anything of the drawing differs from its file.
+    bool isChanged() const { return changed_; }
+    /// The present state counts as that of the file.
+    void forgetChanges() { changed_ = false; }
+    /// Replaces the data of the applications in `chain`.
+    Acad::ErrorStatus setXData(Slot slot, const resbuf* chain);
+    /// Erases or brings back an object with its sub-entities.
+    void setErased(Slot slot, bool erased);
+
+    Acad::ErrorStatus open(Slot slot, AcDb::OpenMode mode, bool open_erased, AcDbObject*& object);
+    Acad::ErrorStatus close(Slot slot);
+    Acad::ErrorStatus upgradeOpen(Slot slot);
+    Acad::ErrorStatus downgradeOpen(Slot slot);
+
+    // --- blocks and entities --------------------------------------------------------------------
+
+    /// The block with this record; made when there is none.
+    Block& block(Slot record);
+    Block* findBlock(Slot record);
+    /// The block that holds an entity or a sub-entity; NULL for anything else.
+    Block* blockOfEntity(Slot slot);
+    const std::vector<Slot>& blockRecords() const { return block_order_; }
+    Slot modelSpace() const { return model_space_; }
+    Slot paperSpace() const { return paper_space_; }
+    void setSpaces(Slot model, Slot paper);
+    /// Puts an entity at the end of a block.
+    void appendEntity(Slot record, Slot entity);
+    /// The main entity of a sub-entity; the slot itself for a main entity.
+    Slot mainEntity(Slot slot) const;
+    /// The last living main entity of the current space; kNoSlot when there is none.
+    Slot lastEntity();
+    /// The next living entity behind `slot` in its block, sub-entities too; from the start of the
+    /// current space for kNoSlot.
+    Slot nextEntity(Slot slot);
+    /// True for an entity on a locked layer.
+    bool isOnLockedLayer(Slot slot);
+
+    // --- tables ---------------------------------------------------------------------------------
+
+    /// Table by its name in any case; NULL for an unknown one.
+    SymbolTable* table(std::string_view name);
+    SymbolTable& addTable(std::string_view name);
+    std::vector<std::unique_ptr<SymbolTable>>& tables() { return tables_; }
+    /// Living record by name in any case.
+    Slot findSymbol(std::string_view table, std::u16string_view name);
+    /// Name (group 2) of a table record or block.
+    std::u16string symbolName(Slot record);
+    /// Enters a record into its table.
+    void enterSymbol(SymbolTable& table, Slot record, std::u16string_view name);
+    /// Follows a change of a record's name in the table. False when the new one is taken or no
+    /// name.
+    bool renameSymbol(Slot record, std::u16string_view old_name, std::u16string_view new_name);
+    /// A new record with the given tags behind its subclass markers. kNoSlot for a name in use.
+    Slot makeSymbol(std::string_view table, std::u16string_view name, Tags tags);
+    /// The layer of this name, made with colour 7 and CONTINUOUS when there is none.
+    Slot needLayer(std::u16string_view name);
+    /// Counts layers that are locked; called when a layer's flags may have changed.
+    void recountLockedLayers();
+
+    // --- dictionaries ---------------------------------------------------------------------------
+
+    Slot namedObjects() const { return named_objects_; }
+    void setNamedObjects(Slot slot) { named_objects_ = slot; }
+    /// The named objects dictionary, made when the drawing has none.
+    Slot needNamedObjects();
+    /// Entries of a dictionary; NULL for another object.
+    DictionaryData* dictionary(Slot slot);
+    /// Slot of an entry; kNoSlot when the key or its object is missing or erased.
+    Slot dictionaryEntry(Slot dictionary, std::u16string_view key);
+    bool dictionaryAdd(Slot dictionary, std::u16string_view key, Slot object);
+    bool dictionaryRemove(Slot dictionary, std::u16string_view key);
+    bool dictionaryRename(Slot dictionary, std::u16string_view key, std::u16string_view new_key);
+    /// Entries that point to erased objects are left out when the dictionary is written.
+    const std::unordered_map<Slot, std::unique_ptr<DictionaryData>>& openDictionaries() const {
+        return dictionaries_;
+    }
+
+    // --- header and file ------------------------------------------------------------------------
+
+    HeaderVariable* header(std::string_view name);
+    std::vector<HeaderVariable>& headers() { return headers_; }
+    /// Sets the variable to one tag; it is added when the drawing has none.
+    void setHeader(std::string_view name, Tag tag);
+    void indexHeaders();
+
+    const dxf::TextCodec& codec() const { return codec_; }
+    void setCodec(dxf::TextCodec codec) { codec_ = std::move(codec); }
+    const std::string& version() const { return version_; }
+    void setVersion(std::string version) { version_ = std::move(version); }
+
+    /// The file's bytes, without the padding; owned by the database as long as it lives.
+    std::string_view image() const { return image_view_; }
+    void setImage(std::unique_ptr<char[]> bytes, size_t size);
+    InsertPoints& insertPoints() { return insert_points_; }
+    const std::string& path() const { return path_; }
+    void setPath(std::string path) { path_ = std::move(path); }
+
+  private:
+    ObjectData& data(Slot slot);
+    void makeObject(Slot slot);
+    void decodeTags(ObjectRecord& record, ObjectData& data) const;
+    void writeDictionaryTags(Slot slot);
+    bool isInCurrentSpace(Slot block_record) const;
+
+    friend class DatabaseList;
+    uint16_t index_ = 0;
+    uint16_t generation_ = 0;
+
+    std::vector<ObjectRecord> records_;
+    HandleMap handles_;
+    uint64_t handle_seed_ = 1;
+    std::vector<std::string> type_names_;
+    std::unordered_map<std::string, uint16_t> types_;
+    uint16_t last_type_ = 0;
+    bool changed_ = false;
+
+    std::unordered_map<Slot, std::unique_ptr<Block>> blocks_;
+    std::vector<Slot> block_order_;
+    Slot model_space_ = kNoSlot;
+    Slot paper_space_ = kNoSlot;
+    size_t locked_layers_ = 0;
+
+    std::vector<std::unique_ptr<SymbolTable>> tables_;
+    std::unordered_map<Slot, std::unique_ptr<DictionaryData>> dictionaries_;
+    Slot named_objects_ = kNoSlot;
+
+    std::vector<HeaderVariable> headers_;
+    std::unordered_map<std::string, size_t> header_index_;
+
+    dxf::TextCodec codec_;
+    std::string version_;
+    std::unique_ptr<char[]> image_;
+    std::string_view image_view_;
+    InsertPoints insert_points_;
+    std::string path_;
+};
+
+/// The drawing in the editor; NULL when there is none.
+Database* currentDatabase();
+/// Puts a database in the editor, in the place of the one before.
+void setCurrentDatabase(std::unique_ptr<Database> database);
+
+}  // namespace host
+
+#endif

@@ -1,0 +1,38 @@
+/// Text of a drawing file to UTF-16 and back: the drawing's code page before R2007, UTF-8 since
+/// then, \U+XXXX in both, carets for control characters. Bytes that the encoding doesn't know
+/// become lone surrogates (U+DC00 + byte) and go back to the same bytes.
+#ifndef HOST_DXF_CODEC_H
+#define HOST_DXF_CODEC_H
+
+#include <memory>
+#include <string>
+#include <string_view>
+
+namespace host::dxf {
+
+class CodePage;
+
+class TextCodec {
+  public:
+    /// UTF-8, as drawings since R2007 are.
+    TextCodec();
+    /// Of a drawing with this $ACADVER and $DWGCODEPAGE; an unknown code page counts as ANSI_1252.
+    TextCodec(std::string_view version, std::string_view code_page);
+    ~TextCodec();
+    TextCodec(TextCodec&&) noexcept;
+    TextCodec& operator=(TextCodec&&) noexcept;
+
+    bool isUtf8() const { return page_ == nullptr; }
+    /// Appends the decoded text. `plain` tells that "^" and "\U+" stand for themselves.
+    void decode(std::string_view bytes, std::u16string& out) const;
+    std::u16string decode(std::string_view bytes) const;
+    /// Appends the text as the file holds it.
+    void encode(std::u16string_view text, std::string& out) const;
+
+  private:
+    std::unique_ptr<CodePage> page_;
+};
+
+}  // namespace host::dxf
+
+#endif
