@@ -152,10 +152,9 @@ KZ_TWIN kz_XData_getHandle_li(void) {
     return kz_XData_getFld_li();
 }
 
-/// (kz_XData_setFld { handle | entname } value fldname apname [clearExisting] [uniqueData]) -> T |
-/// nil Adds a number, text or point to the field, which is made when it is missing. clearExisting
-/// not 0 lets it replace the field's values, uniqueData not 0 leaves out a value that is there
-/// already.
+/// (kz_XData_setFld { handle | entname } value fldname apname [clearExisting] [unique]) -> T | nil
+/// Adds a number, text or point to the field, which is made when it is missing. clearExisting not 0
+/// lets it replace the field's values, unique not 0 leaves out a value that is there already.
 KZ_TWIN kz_XData_setFld_li(void) {
     XDataCall call(KZ_T("kz_XData_setFld_li"),
                    "ERROR  (kz_XData_setFld  { handle | entname }  value  fldname  apname  "

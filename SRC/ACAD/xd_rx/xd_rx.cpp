@@ -1,5 +1,9 @@
 /// The database half of the XDATA field store: chains to and from objects, and the writing of
 /// lists. Objects are opened erased ones too, since groups keep reading the data of erased members.
+#include "ACAD/xd_rx/xd_rx.h"
+
+#include <utility>
+
 #include "checks.h"
 #include "guards.h"
 #include "kz/kz_xdata.h"
@@ -30,22 +34,27 @@ int writeChain(const kz_Char* name, const ads_name id, const resbuf* chain) {
     return 0;
 }
 
-/// The writing of a list, for the operation `name`.
-int writeFldList(const kz_Char* name, const ads_name id, kz_FldList* list, const kz_Char* app,
-                 int clearExisting) {
-    KZ_TRACEF(kz::kTraceEntry, kz::kTraceData, KZ_T("Entering %s..."), name);
-    kz_FldList_printListDiag(list, kz::kTraceEntry, kz::kTraceData);
-    if (kz::isNull(id) || list == nullptr || kz::isEmpty(app)) return 0;
-    kz::OwnedChain chain(kz_Xdata_getFromEnt(id, app));
-    if (chain == nullptr) {
-        acdbRegApp(app);
-        chain.reset(acutBuildList(kAppName, app, 0));
-    }
-    if (kz_XData_fromFldList(chain.get(), list, clearExisting) != 1) return 0;
-    return writeChain(name, id, chain.get());
+/// Writes the list into what the object has now.
+int rewriteFldList(const kz_Char* name, const ads_name id, kz_FldList* list, const kz_Char* app,
+                   bool clear_existing) {
+    kz::OwnedChain present(kz::isEmpty(app) ? nullptr : kz_Xdata_getFromEnt(id, app));
+    return kz::writeFldList(name, id, list, app, clear_existing, std::move(present));
 }
 
 }  // namespace
+
+int kz::writeFldList(const kz_Char* operation, const ads_name id, kz_FldList* list,
+                     const kz_Char* app, bool clear_existing, OwnedChain present) {
+    KZ_TRACEF(kTraceEntry, kTraceData, KZ_T("Entering %s..."), operation);
+    kz_FldList_printListDiag(list, kTraceEntry, kTraceData);
+    if (isNull(id) || list == nullptr || isEmpty(app)) return 0;
+    if (present == nullptr) {
+        acdbRegApp(app);
+        present.reset(acutBuildList(kAppName, app, 0));
+    }
+    if (kz_XData_fromFldList(present.get(), list, clear_existing) != 1) return 0;
+    return writeChain(operation, id, present.get());
+}
 
 int kz_Diag_acadErrorNo(void) {
     resbuf value{};
@@ -77,16 +86,16 @@ int kz_Xdata_setFromEntList(const kz_Char* app, resbuf* list) {
 }
 
 int kz_XData_initFldList(const ads_name id, kz_FldList* list, const kz_Char* app) {
-    return writeFldList(KZ_T("kz_XData_initFldList"), id, list, app, 1);
+    return rewriteFldList(KZ_T("kz_XData_initFldList"), id, list, app, true);
 }
 
 int kz_XData_modFldList(const ads_name id, kz_FldList* list, const kz_Char* app) {
-    return writeFldList(KZ_T("kz_XData_modFldList"), id, list, app, 0);
+    return rewriteFldList(KZ_T("kz_XData_modFldList"), id, list, app, false);
 }
 
 int kz_XData_setFldList(const ads_name id, kz_FldList* list, const kz_Char* app,
                         int clearExisting) {
-    return writeFldList(KZ_T("kz_XData_setFldList"), id, list, app, clearExisting);
+    return rewriteFldList(KZ_T("kz_XData_setFldList"), id, list, app, clearExisting != 0);
 }
 
 int kz_XData_deleteFldList(const ads_name id, const kz_Char* app) {
