@@ -2,7 +2,6 @@
 #include "db/entity_rules.h"
 
 #include <algorithm>
-#include <vector>
 
 #include "kz_tls21an/text.h"
 
@@ -52,7 +51,7 @@ std::u16string_view vertexMarker(int64_t flags) {
     return u"AcDb2dVertex";
 }
 
-bool hasCode(const std::initializer_list<int>& codes, int code) {
+bool hasCode(const std::vector<int>& codes, int code) {
     return std::find(codes.begin(), codes.end(), code) != codes.end();
 }
 
@@ -89,11 +88,11 @@ void arrangeByRule(const EntityRule& rule, Tags& tags) {
     out.emplace_back(100, u"AcDbEntity");
     out.insert(out.end(), common.begin(), common.end());
     appendMarker(out, rule.type == "POLYLINE" ? polylineMarker(flags) : rule.marker);
-    if (rule.second_codes.size() == 0) {
+    if (rule.second_codes.empty()) {
         appendMarker(out, rule.type == "VERTEX" ? vertexMarker(flags) : rule.second_marker);
     }
     out.insert(out.end(), first.begin(), first.end());
-    if (rule.second_codes.size() != 0) {
+    if (!rule.second_codes.empty()) {
         appendMarker(out, rule.second_marker);
         out.insert(out.end(), second.begin(), second.end());
     }
@@ -141,7 +140,8 @@ const EntityRule* entityRule(std::string_view type) {
 }
 
 bool isCommonEntityCode(int code) {
-    return hasCode({6, 8, 48, 60, 62, 67, 284, 347, 370, 390, 410, 420, 430, 440}, code);
+    static constexpr int kCodes[] = {6, 8, 48, 60, 62, 67, 284, 347, 370, 390, 410, 420, 430, 440};
+    return std::find(std::begin(kCodes), std::end(kCodes), code) != std::end(kCodes);
 }
 
 bool arrangeEntity(std::string_view type, Tags& tags) {

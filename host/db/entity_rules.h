@@ -3,8 +3,8 @@
 #ifndef HOST_DB_ENTITY_RULES_H
 #define HOST_DB_ENTITY_RULES_H
 
-#include <initializer_list>
 #include <string_view>
+#include <vector>
 
 #include "db/tags.h"
 
@@ -13,11 +13,11 @@ namespace host {
 /// An entity type whose list may come without class markers.
 struct EntityRule {
     std::string_view type;
-    std::u16string_view marker;               ///< first class behind AcDbEntity
-    std::u16string_view second_marker;        ///< another class behind it; empty for none
-    std::initializer_list<int> second_codes;  ///< groups of the second class; with none of them
-                                              ///< given both markers stand in front of all groups
-    std::initializer_list<int> required;
+    std::u16string_view marker;         ///< first class behind AcDbEntity
+    std::u16string_view second_marker;  ///< another class behind it; empty for none
+    std::vector<int> second_codes;      ///< groups of the second class; with none of them
+                                        ///< given both markers stand in front of all groups
+    std::vector<int> required;
 };
 
 /// Rule of a type; NULL for a type that needs its markers given.

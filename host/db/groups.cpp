@@ -150,7 +150,7 @@ void addGroups(const Database& database, const Tags& tags, size_t from, ChainBui
 bool tagsFromChain(const resbuf* chain, Tags& tags) {
     for (const resbuf* node = chain; node != nullptr && node->restype != -3; node = node->rbnext) {
         if (node->restype == -1 || node->restype == -2) continue;
-        if (node->restype < 0 || node->restype >= 1000 || !addTag(*node, tags)) return false;
+        if (node->restype < 0 || node->restype == 1001 || !addTag(*node, tags)) return false;
     }
     return true;
 }

@@ -222,7 +222,7 @@ class Reader {
             if (code == 0) break;
             checkValue();
             if (scan.xdata != nullptr) continue;
-            if (code >= 1000) {
+            if (code == 1001) {
                 scan.xdata = pair_.begin;
             } else if (code == 102) {
                 in_braces = trimmed(pair_.value).starts_with('{');
