@@ -158,6 +158,13 @@ Slot Database::makeRecord(std::string_view type, ObjectClass object_class, uint6
     return slot;
 }
 
+void Database::moveHandle(Slot from, Slot to) {
+    const uint64_t handle = records_[from].handle;
+    records_[from].handle = 0;
+    records_[to].handle = handle;
+    handles_.replace(handle, to);
+}
+
 void Database::raiseHandleSeed(uint64_t seed) {
     handle_seed_ = std::max(handle_seed_, seed);
 }

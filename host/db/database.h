@@ -146,6 +146,8 @@ class Database {
     Slot addRecord(std::string_view type, ObjectClass object_class);
     /// Gives a handle to a slot. False when the handle is in use; then nothing changes.
     bool setHandle(Slot slot, uint64_t handle);
+    /// Takes a handle from the object that has it and gives it to another; the first has none then.
+    void moveHandle(Slot from, Slot to);
     /// The next free handle, from now on in use.
     uint64_t newHandle();
     void raiseHandleSeed(uint64_t seed);

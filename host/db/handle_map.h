@@ -28,6 +28,9 @@ class HandleMap {
         return true;
     }
 
+    /// Leads a handle that is there to another slot.
+    void replace(uint64_t handle, uint32_t slot) { cellOf(handle).slot = slot; }
+
     /// The slot of a handle; 0 when there is none.
     uint32_t find(uint64_t handle) const {
         if (handle == 0 || cells_.empty()) return 0;

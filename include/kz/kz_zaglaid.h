@@ -1,0 +1,10 @@
+/// All public headers of the library.
+#ifndef KZ_ZAGLAID_H
+#define KZ_ZAGLAID_H
+
+#include "kz/kz_fldcnv.h"
+#include "kz/kz_point_cnv.h"
+#include "kz/kz_rb.h"
+#include "kz/kz_xdata.h"
+
+#endif
