@@ -313,7 +313,7 @@ bool sameValue(const Database& database, const Tag& old_tag, const Tag& new_tag)
     }
 }
 
-/// Tags of one code in their order, so that the n-th new one meets the n-th old one.
+/// Pairs the n-th tag of a code in one list with the n-th of that code in another.
 class Occurrences {
   public:
     explicit Occurrences(const Tags& tags) {
@@ -334,43 +334,49 @@ class Occurrences {
     std::unordered_map<int, size_t> used_;
 };
 
-/// The entity's new tags: those of the list, in the list's order, with the old bytes where nothing
-/// changed; old tags of codes that the list doesn't name stay behind their old neighbour.
+/// The entity's new tags in the old order: the n-th tag of a code gets the value of the n-th in the
+/// list, with its old bytes where that is the same; further ones follow their neighbour in the
+/// list, surplus old ones of a code that the list names go, and codes that it doesn't name stay.
 Tags mergeTags(const Database& database, const Tags& old_tags, const Tags& new_tags,
                bool& changes) {
     Occurrences old_places(old_tags);
     const Occurrences named(new_tags);
-    std::vector<size_t> source(new_tags.size(), SIZE_MAX);
-    Tags merged;
-    std::vector<size_t> merged_from(old_tags.size(), SIZE_MAX);
+    std::vector<size_t> replacement(old_tags.size(), SIZE_MAX);
+    std::vector<size_t> anchor(new_tags.size(), SIZE_MAX);  // old tag that a further one follows
+    size_t last_matched = SIZE_MAX;
     changes = false;
     for (size_t i = 0; i < new_tags.size(); ++i) {
         const size_t old_index = old_places.next(new_tags[i].code());
-        const bool same =
-            old_index != SIZE_MAX && sameValue(database, old_tags[old_index], new_tags[i]);
-        changes = changes || !same;
-        source[i] = old_index;
-        merged.push_back(same ? old_tags[old_index] : new_tags[i]);
+        if (old_index == SIZE_MAX) {
+            anchor[i] = last_matched;
+            changes = true;
+        } else {
+            replacement[old_index] = i;
+            last_matched = old_index;
+        }
     }
     Tags out;
-    out.reserve(merged.size() + old_tags.size());
-    std::vector<char> placed(old_tags.size(), 0);
-    const auto placeFollowers = [&](size_t old_index) {
-        for (size_t i = old_index; i < old_tags.size() && placed[i] == 0; ++i) {
-            if (named.has(old_tags[i].code())) break;
-            placed[i] = 1;
-            out.push_back(old_tags[i]);
-        }
-    };
-    placeFollowers(0);
-    for (size_t i = 0; i < merged.size(); ++i) {
-        out.push_back(merged[i]);
-        if (source[i] != SIZE_MAX) placeFollowers(source[i] + 1);
-    }
+    out.reserve(old_tags.size() + new_tags.size());
     for (size_t i = 0; i < old_tags.size(); ++i) {
-        const bool kept = named.has(old_tags[i].code());
-        if (!kept && placed[i] == 0) out.push_back(old_tags[i]);
-        if (kept && old_places.next(old_tags[i].code()) != SIZE_MAX) changes = true;
+        const size_t with = replacement[i];
+        if (with == SIZE_MAX) {
+            const bool surplus = named.has(old_tags[i].code());
+            changes = changes || surplus;
+            if (!surplus) out.push_back(old_tags[i]);
+            continue;
+        }
+        const bool same = sameValue(database, old_tags[i], new_tags[with]);
+        changes = changes || !same;
+        out.push_back(same ? old_tags[i] : new_tags[with]);
+        for (size_t next = with + 1; next < new_tags.size() && anchor[next] == i; ++next) {
+            out.push_back(new_tags[next]);
+        }
+    }
+    // What stands in front of the first known group of the list has no neighbour: it goes last.
+    const Occurrences old_codes(old_tags);
+    for (size_t i = 0; i < new_tags.size() && anchor[i] == SIZE_MAX; ++i) {
+        if (old_codes.has(new_tags[i].code())) break;
+        out.push_back(new_tags[i]);
     }
     return out;
 }

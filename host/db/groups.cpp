@@ -149,8 +149,10 @@ void addGroups(const Database& database, const Tags& tags, size_t from, ChainBui
 
 bool tagsFromChain(const resbuf* chain, Tags& tags) {
     for (const resbuf* node = chain; node != nullptr && node->restype != -3; node = node->rbnext) {
-        if (node->restype == -1 || node->restype == -2) continue;
-        if (node->restype < 0 || node->restype == 1001 || !addTag(*node, tags)) return false;
+        const int code = node->restype;
+        if (code == -1 || code == -2 || code == RTDXF0) continue;
+        if (code < 0 || code == 1001 || code > dxf::kMaxGroupCode) return false;
+        if (!addTag(*node, tags)) return false;
     }
     return true;
 }

@@ -113,10 +113,10 @@ TEST(CoordinateSystems, user_system_and_extrusions) {
 TEST(CommandLine, any_text_can_be_a_format) {
     std::u16string said;
     host::setSink(host::Channel::Message, [&](std::u16string_view text) { said += text; });
-    acutPrintf(u"100% of %s and %d%c", u"pipes", 7, u'\n');
+    acutPrintf(u"50%, %s and %d%c", u"pipes", 7, u'\n');
     acutPrintf(u"%s %n %99999d|");
     host::setSink(host::Channel::Message, nullptr);
-    EXPECT_EQ(said, u"100% of pipes and 7\n%s %n %99999d|");
+    EXPECT_EQ(said, u"50%, pipes and 7\n%s %n %99999d|");
 }
 
 }  // namespace

@@ -214,9 +214,11 @@ TEST_F(DatabaseTest, entmake_brings_lists_into_file_order) {
     const Chain list(acutBuildList(RTDXF0, u"CIRCLE", 62, 2, 10, centre, 40, 2.5, 0));
     ads_name name;
     ASSERT_EQ(acdbEntMakeX(list.get(), name), RTNORM);
-    EXPECT_NE(save().find("  0\nCIRCLE\n  5\n100\n330\n1F\n100\nAcDbEntity\n  8\n0\n 62\n2\n100\n"
-                          "AcDbCircle\n 10\n1.0\n 20\n2.0\n 30\n0.0\n 40\n2.5\n0\nENDSEC"),
-              std::string::npos);
+    const std::string made = save();
+    EXPECT_NE(made.find("  0\nCIRCLE\n  5\n100\n330\n1F\n100\nAcDbEntity\n  8\n0\n 62\n2\n100\n"
+                        "AcDbCircle\n 10\n1.0\n 20\n2.0\n 30\n0.0\n 40\n2.5\n0\nENDSEC"),
+              std::string::npos)
+        << made.substr(made.find("CIRCLE") - 4, 120);
     ads_name last;
     ASSERT_EQ(acdbEntLast(last), RTNORM);
     EXPECT_TRUE(ads_name_equal(last, name));

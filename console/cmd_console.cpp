@@ -1,0 +1,131 @@
+/// The console: expressions from the terminal, or plainly from a pipe.
+#include <unistd.h>
+#include <CLI/CLI.hpp>
+
+#include <csignal>
+#include <iostream>
+#include <memory>
+#include <optional>
+
+#include "expression_scanner.h"
+#include "host/output.h"
+#include "kz_tls21an/text.h"
+#include "line_editor.h"
+#include "session.h"
+
+namespace console {
+
+namespace {
+
+const char kPrompt[] = "kz> ";
+
+/// Evaluates what was typed and shows each value.
+host::LispOutcome evaluate(const std::string& text) {
+    const Interruptible interruptible;
+    // !name asks for the value of a variable.
+    const std::string_view plain = std::string_view(text).substr(text.starts_with('!') ? 1 : 0);
+    const host::LispOutcome outcome = host::evalLisp(kz::toUtf16(plain), showValue);
+    host::flush();
+    return outcome;
+}
+
+/// Prompt of a line that goes on with an expression: one parenthesis for each list that is open.
+std::string continuation(const ExpressionScanner& scanner) {
+    const int open = std::max(scanner.openLists(), 0);
+    return std::string(static_cast<size_t>(open), '(') + "_> ";
+}
+
+extern "C" void onCancel(int) {}
+
+/// Reads an expression, on as many lines as it takes. Nothing at the end of the input.
+std::optional<std::string> readExpression(LineEditor& editor) {
+    std::string text, line;
+    ExpressionScanner scanner;
+    for (;;) {
+        switch (editor.read(text.empty() ? kPrompt : continuation(scanner), line)) {
+            case LineEditor::Event::End:
+                return std::nullopt;
+            case LineEditor::Event::Cancelled:
+                return std::string();
+            case LineEditor::Event::Line:
+                break;
+        }
+        text += line;
+        scanner.feed(line);
+        if (scanner.complete()) return text;
+    }
+}
+
+/// Ends a line that Lisp code left open, so that what comes next starts on a fresh one.
+void freshLine() {
+    if (!host::atLineStart(host::Channel::Lisp)) host::write(host::Channel::Lisp, u"\n");
+    host::flush();
+}
+
+Status talk() {
+    LineEditor editor;
+    host::setLispLineSource([&editor]() -> std::optional<std::u16string> {
+        std::string line;
+        freshLine();
+        if (editor.read("", line) != LineEditor::Event::Line) return std::nullopt;
+        while (line.ends_with('\n') || line.ends_with('\r'))
+            line.pop_back();
+        return kz::toUtf16(line);
+    });
+    struct sigaction cancel {};
+    cancel.sa_handler = onCancel;  // without SA_RESTART, so that it ends the reading of a line
+    for (;;) {
+        sigaction(SIGINT, &cancel, nullptr);
+        const auto text = readExpression(editor);
+        if (!text) break;
+        if (text->find_first_not_of(" \t\r\n") == std::string::npos) {
+            freshLine();
+            continue;
+        }
+        editor.remember(*text);
+        const host::LispOutcome outcome = evaluate(*text);
+        freshLine();
+        if (!outcome.handled) report(outcome);
+        host::flush();
+    }
+    host::write(host::Channel::Lisp, u"\n");
+    host::setLispLineSource({});
+    return kDone;
+}
+
+/// Evaluates standard input expression by expression up to its end or to the first error.
+Status readPlainly() {
+    std::string text, line;
+    ExpressionScanner scanner;
+    Status status = kDone;
+    while (status == kDone && std::getline(std::cin, line)) {
+        line += '\n';
+        text += line;
+        scanner.feed(line);
+        if (!scanner.complete()) continue;
+        status = report(evaluate(text));
+        text.clear();
+        scanner = {};
+    }
+    if (status == kDone && !text.empty()) status = report(evaluate(text));
+    return status;
+}
+
+Status start(const SessionOptions& options) {
+    Status status = openSession(options);
+    if (status == kDone) status = isatty(STDIN_FILENO) ? talk() : readPlainly();
+    host::flush();
+    return status;
+}
+
+}  // namespace
+
+Run defineConsole(CLI::App& app) {
+    const auto options = std::make_shared<SessionOptions>();
+    app.add_option("FILE", options->drawing, "Drawing to open; a new one without it")
+        ->type_name("");
+    addSessionOptions(app, *options, false);
+    return [options] { return start(*options); };
+}
+
+}  // namespace console

@@ -1,0 +1,133 @@
+/// What all commands that evaluate share.
+#include "session.h"
+
+#include <CLI/CLI.hpp>
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+#include <memory>
+
+#include "host/drawing.h"
+#include "host/module.h"
+#include "host/output.h"
+#include "kz_tls21an/text.h"
+
+namespace console {
+
+namespace fs = std::filesystem;
+
+namespace {
+
+const char kLibrary[] = "libkz_zaglaid.so";
+const char kSuite[] = "libkz_cadservice.so";
+
+fs::path programFolder() {
+    std::error_code error;
+    return fs::read_symlink("/proc/self/exe", error).parent_path();
+}
+
+bool loadLibraries(bool withSuite) {
+    const fs::path folder = programFolder();
+    std::string error;
+    if (!host::loadModule((folder / kLibrary).string(), error)) {
+        complain(error);
+        return false;
+    }
+    // The suite's services are an addition; the library says itself what is missing without them.
+    std::error_code ignored;
+    const fs::path suite = folder / kSuite;
+    if (withSuite && fs::exists(suite, ignored) && !host::loadModule(suite.string(), error)) {
+        complain(error);
+        return false;
+    }
+    return true;
+}
+
+/// Makes the lines of a file the answers to what is asked.
+bool feedInput(const std::string& path) {
+    std::error_code ignored;
+    const auto file = std::make_shared<std::ifstream>(path, std::ios::binary);
+    if (fs::is_directory(path, ignored) || !*file) {
+        complain(path + ": can't be read");
+        return false;
+    }
+    host::setLispLineSource([file]() -> std::optional<std::u16string> {
+        std::string line;
+        if (!std::getline(*file, line)) return std::nullopt;
+        if (line.ends_with('\r')) line.pop_back();
+        return kz::toUtf16(line);
+    });
+    return true;
+}
+
+extern "C" void onInterrupt(int) {
+    if (host::interruptLisp()) return;
+    std::signal(SIGINT, SIG_DFL);
+    std::raise(SIGINT);
+}
+
+}  // namespace
+
+void addSessionOptions(CLI::App& app, SessionOptions& options, bool withFiles) {
+    if (withFiles) {
+        app.add_option("-d,--drawing", options.drawing, "Drawing to open; a new one without it")
+            ->type_name("FILE");
+        app.add_option("-s,--save", options.target, "Save the drawing here when all has succeeded")
+            ->type_name("FILE");
+    }
+    app.add_option("--input", options.input, "Text file whose lines answer prompts")
+        ->type_name("FILE");
+    app.add_flag("--no-suite", options.noSuite, "Do without the suite's services");
+}
+
+Status openSession(const SessionOptions& options) {
+    if (!loadLibraries(!options.noSuite)) return kFileError;
+    if (!options.input.empty() && !feedInput(options.input)) return kFileError;
+    if (options.drawing.empty()) {
+        host::newDrawing();
+        return kDone;
+    }
+    std::string error;
+    if (host::openDrawing(options.drawing, error)) return kDone;
+    complain(error);
+    return kFileError;
+}
+
+Status saveSession(const SessionOptions& options) {
+    std::string error;
+    if (options.target.empty() || host::saveDrawing(options.target, error)) return kDone;
+    complain(error);
+    return kFileError;
+}
+
+void showValue(std::u16string_view value) {
+    if (value.empty()) return;
+    std::u16string line(host::atLineStart(host::Channel::Lisp) ? u"" : u"\n");
+    host::write(host::Channel::Lisp, line.append(value).append(u"\n"));
+}
+
+Status report(const host::LispOutcome& outcome) {
+    using Kind = host::LispOutcome::Kind;
+    if (outcome.kind == Kind::Value) return kDone;
+    if (outcome.kind == Kind::Unreadable) {
+        complain(kz::toUtf8(outcome.message));
+        return kFileError;
+    }
+    std::u16string text(host::atLineStart(host::Channel::Message) ? u"" : u"\n");
+    host::write(host::Channel::Message, text.append(host::describeError(outcome)));
+    return kLispError;
+}
+
+void complain(const std::string& text) {
+    host::write(host::Channel::Message, kz::toUtf16("kz: " + text + "\n"));
+    host::flush();
+}
+
+Interruptible::Interruptible() {
+    std::signal(SIGINT, onInterrupt);
+}
+Interruptible::~Interruptible() {
+    std::signal(SIGINT, SIG_DFL);
+}
+
+}  // namespace console

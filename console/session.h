@@ -1,0 +1,49 @@
+/// What all commands that evaluate share: the library, the drawing, the outputs and Ctrl-C.
+#ifndef CONSOLE_SESSION_H
+#define CONSOLE_SESSION_H
+
+#include <string>
+#include <string_view>
+
+#include "command.h"
+#include "host/lisp.h"
+
+namespace console {
+
+/// Options of a command that works on a drawing.
+struct SessionOptions {
+    std::string drawing;  ///< empty for a new one
+    std::string target;   ///< where the drawing is saved; empty for nowhere
+    std::string input;    ///< file with the answers to prompts; empty for none
+    bool noSuite = false;
+};
+
+/// Adds --input and --no-suite to a command, and with `withFiles` -d and -s.
+void addSessionOptions(CLI::App& app, SessionOptions& options, bool withFiles);
+
+/// Loads the library and opens the drawing. What fails is said on standard error.
+Status openSession(const SessionOptions& options);
+/// Saves the drawing where the options want it.
+Status saveSession(const SessionOptions& options);
+
+/// Prints a value on a fresh line of standard output; nothing for an empty text.
+void showValue(std::u16string_view value);
+/// Says on standard error what went wrong.
+/// @return the exit status that it stands for; kDone for an outcome with a value
+Status report(const host::LispOutcome& outcome);
+/// "kz: TEXT" on standard error.
+void complain(const std::string& text);
+
+/// While it lives, Ctrl-C ends the running evaluation with an error, and a second one that comes
+/// before the first was noticed ends the program.
+class Interruptible {
+  public:
+    Interruptible();
+    ~Interruptible();
+    Interruptible(const Interruptible&) = delete;
+    Interruptible& operator=(const Interruptible&) = delete;
+};
+
+}  // namespace console
+
+#endif

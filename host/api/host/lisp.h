@@ -1,0 +1,77 @@
+/// AutoLISP, for programs and tests around the host. There is one interpreter; its symbols stay
+/// from one call to the next.
+#ifndef HOST_LISP_H
+#define HOST_LISP_H
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "host/export.h"
+
+namespace host {
+
+/// How an evaluation ended.
+struct LispOutcome {
+    enum class Kind {
+        Value,      ///< it has a value
+        Failed,     ///< a Lisp error
+        Unreadable  ///< the file could not be read; `message` says why
+    };
+    Kind kind = Kind::Value;
+    /// The value of the last expression in prin1 form; empty when there is nothing to show, which
+    /// is so for the value of (princ) and for a native function that gives none.
+    std::u16string value;
+    /// Of a Lisp error: its message, the form in which it happened (may be empty), file and line
+    /// where the form was loaded from (empty and 0 for none).
+    std::u16string message;
+    std::u16string expression;
+    std::u16string file;
+    int line = 0;
+    /// True when an *error* function has been called for the error.
+    bool handled = false;
+
+    bool ok() const { return kind == Kind::Value; }
+};
+
+/// Takes the printed value of an expression; not called for one with nothing to show.
+using LispValueSink = std::function<void(std::u16string_view value)>;
+
+/// Evaluates a text that holds any number of expressions. Behind each of them the host warns on the
+/// message channel when database objects were left open or result buffers not released.
+/// @param each  gets the value of every expression as soon as it is there; may be empty
+HOST_API LispOutcome evalLisp(std::u16string_view text, const LispValueSink& each = {});
+/// Loads a program file in the same way. The name may lack ".lsp".
+HOST_API LispOutcome loadLisp(const std::string& path);
+/// The error of an outcome as people read it: "; error: MESSAGE", the form, file and line, each on
+/// a line of its own.
+HOST_API std::u16string describeError(const LispOutcome& outcome);
+
+/// Defines a Lisp function that calls a native one; an earlier meaning of the name is replaced. The
+/// native function takes its arguments with acedGetArgs and answers with acedRet.
+HOST_API void defineNative(std::u16string_view name, int (*function)());
+
+/// Makes the running evaluation end in "Function cancelled". May be called from a signal handler.
+/// @return false when an earlier interrupt was not noticed yet
+HOST_API bool interruptLisp();
+/// Starts afresh: all symbols lose their values, native functions stay defined.
+HOST_API void resetLisp();
+
+/// Gives read-line and read-char without a file their lines; nothing at the end.
+HOST_API void setLispLineSource(std::function<std::optional<std::u16string>()> source);
+
+struct LispFunction {
+    std::u16string name;  ///< lower case for the language's own functions, else as it was defined
+    std::string usage;    ///< the form with its arguments; empty for native and user functions
+    std::string help;     ///< one sentence; empty for native and user functions
+};
+/// All functions that can be called now, by name.
+HOST_API std::vector<LispFunction> lispFunctions();
+/// Names of all symbols that have a value, in upper case.
+HOST_API std::vector<std::u16string> lispSymbols();
+
+}  // namespace host
+
+#endif

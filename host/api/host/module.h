@@ -1,0 +1,19 @@
+/// Native modules of the host.
+#ifndef HOST_MODULE_H
+#define HOST_MODULE_H
+
+#include <string>
+
+#include "host/export.h"
+
+namespace host {
+
+/// Loads a shared library, which then stays. Each function that it exports under a name ending in
+/// "_li" becomes a Lisp function under that name without "_li".
+/// @param count  number of functions defined, when not NULL
+/// @return true; false with the cause in `error`
+HOST_API bool loadModule(const std::string& path, std::string& error, int* count = nullptr);
+
+}  // namespace host
+
+#endif

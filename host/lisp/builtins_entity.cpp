@@ -1,0 +1,107 @@
+/// Entities of the drawing as lists.
+#include "lisp/builtin.h"
+#include "lisp/entity_list.h"
+#include "lisp/interpreter.h"
+
+namespace host::lisp {
+
+namespace {
+
+/// The applications whose XDATA is asked for, as a chain of names.
+void addApplications(Interpreter& in, ChainBuilder& chain, const Value& list) {
+    for (const Value* rest = &listArg(in, list); rest->isCons(); rest = &rest->cons()->cdr) {
+        chain.addText(RTSTR, textArg(in, rest->cons()->car));
+    }
+}
+
+Value entget(Interpreter& in, Args args) {
+    const EntityName* entity = entityArg(in, args[0]);
+    ChainBuilder applications(in);
+    addApplications(in, applications, optionalArg(args, 1));
+    const OwnedChain chain(applications.get() ? acdbEntGetX(entity->name, applications.get())
+                                              : acdbEntGet(entity->name));
+    return entityList(in, chain.get());
+}
+
+Value entmod(Interpreter& in, Args args) {
+    ChainBuilder chain(in);
+    addEntityList(in, chain, listArg(in, args[0]));
+    return acdbEntMod(chain.get()) == RTNORM ? args[0] : Value();
+}
+
+bool make(Interpreter& in, const Value& list, ads_name name) {
+    ChainBuilder chain(in);
+    addEntityList(in, chain, listArg(in, list));
+    return acdbEntMakeX(chain.get(), name) == RTNORM;
+}
+
+Value entmake(Interpreter& in, Args args) {
+    return !args.empty() && make(in, args[0], nullptr) ? args[0] : Value();
+}
+
+Value entmakex(Interpreter& in, Args args) {
+    ads_name name = {0, 0};
+    return !args.empty() && make(in, args[0], name) ? makeEntityName(name) : Value();
+}
+
+Value entdel(Interpreter& in, Args args) {
+    return acdbEntDel(entityArg(in, args[0])->name) == RTNORM ? args[0] : Value();
+}
+
+Value entnext(Interpreter& in, Args args) {
+    const bool fromStart = optionalArg(args, 0).isNil();
+    ads_name next;
+    const int status = acdbEntNext(fromStart ? nullptr : entityArg(in, args[0])->name, next);
+    return status == RTNORM ? makeEntityName(next) : Value();
+}
+
+Value entlast(Interpreter&, Args) {
+    ads_name name;
+    return acdbEntLast(name) == RTNORM ? makeEntityName(name) : Value();
+}
+
+Value handent(Interpreter& in, Args args) {
+    const std::u16string handle(textArg(in, args[0]));
+    ads_name name;
+    return acdbHandEnt(handle.c_str(), name) == RTNORM ? makeEntityName(name) : Value();
+}
+
+// Nothing is on a screen that would have to be drawn anew.
+Value entupd(Interpreter& in, Args args) {
+    const OwnedChain chain(acdbEntGet(entityArg(in, args[0])->name));
+    return chain ? args[0] : Value();
+}
+
+Value regapp(Interpreter& in, Args args) {
+    const std::u16string application(textArg(in, args[0]));
+    ads_name known;
+    if (acdbTblObjName(u"APPID", application.c_str(), known) == RTNORM) return Value();
+    return acdbRegApp(application.c_str()) == RTNORM ? args[0] : Value();
+}
+
+const Builtin kRows[] = {
+    {"entget", 1, 2, entget, "(entget entity [applications])",
+     "Groups of an entity, with the XDATA of the named applications."},
+    {"entmod", 1, 1, entmod, "(entmod list)",
+     "Changes the entity that the list names under -1; gives the list, nil when it is refused."},
+    {"entmake", 0, 1, entmake, "(entmake [list])",
+     "Makes an entity; gives the list, nil when it is refused."},
+    {"entmakex", 0, 1, entmakex, "(entmakex [list])",
+     "Makes an entity or object; gives its name, nil when it is refused."},
+    {"entdel", 1, 1, entdel, "(entdel entity)", "Erases an entity, or brings an erased one back."},
+    {"entnext", 0, 1, entnext, "(entnext [entity])",
+     "Entity behind another, or the first one; parts of complex entities are met too."},
+    {"entlast", 0, 0, entlast, "(entlast)", "Last main entity of the drawing that is not erased."},
+    {"handent", 1, 1, handent, "(handent handle)", "Entity with a handle; nil for none."},
+    {"entupd", 1, 1, entupd, "(entupd entity)", "Brings the picture of an entity up to date."},
+    {"regapp", 1, 1, regapp, "(regapp application)",
+     "Registers an application for XDATA; nil when it is registered already."},
+};
+
+}  // namespace
+
+std::span<const Builtin> entityBuiltins() {
+    return kRows;
+}
+
+}  // namespace host::lisp

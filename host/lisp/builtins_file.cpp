@@ -1,0 +1,127 @@
+/// Files: opening, reading, loading. Files hold UTF-8; the end of a line is read in either form.
+#include <filesystem>
+#include <system_error>
+
+#include "kz_tls21an/text.h"
+#include "lisp/builtin.h"
+#include "lisp/interpreter.h"
+#include "lisp/load.h"
+
+namespace host::lisp {
+
+namespace {
+
+Value open(Interpreter& in, Args args) {
+    const std::u16string_view name = textArg(in, args[0]);
+    const std::u16string_view mode = textArg(in, args[1]);
+    if (mode.size() != 1 ||
+        std::u16string_view(u"rwaRWA").find(mode[0]) == std::u16string_view::npos) {
+        in.failWith(u"bad argument value:", args[1]);
+    }
+    const char letter[] = {static_cast<char>(mode[0] | 0x20), 'b', 0};
+    const std::string path = kz::toUtf8(name);
+    std::error_code ignored;
+    if (std::filesystem::is_directory(path, ignored)) return Value();
+    std::FILE* const stream = std::fopen(path.c_str(), letter);
+    return stream ? Value::adopt(new File(stream, name, letter[0] == 'r')) : Value();
+}
+
+Value close(Interpreter& in, Args args) {
+    File* const file = fileArg(in, args[0]);
+    if (!file->stream) in.badArgument(u"streamp", args[0]);
+    file->close();
+    return Value();
+}
+
+/// Reads the next line of a file, with its end, in UTF-16. False at the end of the file.
+bool nextLine(File& file) {
+    std::string bytes;
+    int byte = 0;
+    while (byte != '\n' && (byte = std::fgetc(file.stream)) != EOF) {
+        bytes.push_back(static_cast<char>(byte));
+    }
+    if (bytes.size() > 1 && bytes.ends_with("\r\n")) bytes.erase(bytes.size() - 2, 1);
+    file.line = kz::toUtf16(bytes);
+    file.position = file.line.starts_with(u'\xFEFF') ? 1 : 0;
+    return !bytes.empty();
+}
+
+bool hasMore(File& file) {
+    return file.position < file.line.size() || nextLine(file);
+}
+
+File* inputArg(Interpreter& in, const Value& value) {
+    File* const file = fileArg(in, value);
+    if (!file->stream || !file->reads) in.badArgument(u"streamp", value);
+    return file;
+}
+
+Value readLine(Interpreter& in, Args args) {
+    if (optionalArg(args, 0).isNil()) {
+        const auto line = in.lineSource ? in.lineSource() : std::nullopt;
+        return line ? makeText(*line) : Value();
+    }
+    File* const file = inputArg(in, args[0]);
+    if (!hasMore(*file)) return Value();
+    std::u16string_view rest = std::u16string_view(file->line).substr(file->position);
+    file->position = file->line.size();
+    if (rest.ends_with(u'\n')) rest.remove_suffix(1);
+    return makeText(rest);
+}
+
+Value readChar(Interpreter& in, Args args) {
+    if (optionalArg(args, 0).isNil()) {
+        const auto line = in.lineSource ? in.lineSource() : std::nullopt;
+        if (!line) return Value();
+        return Value::integer(line->empty() ? u'\n' : line->front());
+    }
+    File* const file = inputArg(in, args[0]);
+    return hasMore(*file) ? Value::integer(file->line[file->position++]) : Value();
+}
+
+Value findFileOf(Interpreter& in, Args args) {
+    const std::string path = findFile(kz::toUtf8(textArg(in, args[0])));
+    return path.empty() ? Value() : makeText(kz::toUtf16(path));
+}
+
+/// What the second argument of load asks for when the file can't be loaded.
+Value onFailure(Interpreter& in, const Value& wanted) {
+    const bool callable = wanted.is(Kind::UserFunction) || wanted.is(Kind::Subr) ||
+                          wanted.is(Kind::External) ||
+                          (wanted.isSymbol() && wanted.symbol()->value.isObject() &&
+                           !wanted.symbol()->value.isText());
+    return callable && wanted.symbol() != in.symbols.t ? callWith(in, in.functionFor(wanted))
+                                                       : wanted;
+}
+
+Value load(Interpreter& in, Args args) {
+    const std::string path = findProgram(kz::toUtf8(textArg(in, args[0])));
+    std::u16string text;
+    std::string error;
+    if (path.empty() || !readProgram(path, text, error)) {
+        if (args.size() == 2) return onFailure(in, args[1]);
+        in.fail(u"LOAD failed: \"" + std::u16string(args[0].text()) + u"\"");
+    }
+    return in.evalText(text, kz::toUtf16(path));
+}
+
+const Builtin kRows[] = {
+    {"open", 2, 3, open, "(open name mode [encoding])",
+     "Opens a file to read (r), write (w) or append (a); nil when it can't be opened."},
+    {"close", 1, 1, close, "(close file)", "Closes a file."},
+    {"read-line", 0, 1, readLine, "(read-line [file])", "Next line of a file; nil at its end."},
+    {"read-char", 0, 1, readChar, "(read-char [file])",
+     "Code of the next character of a file; nil at its end."},
+    {"findfile", 1, 1, findFileOf, "(findfile name)",
+     "Full path of a file; nil when there is none."},
+    {"load", 1, 2, load, "(load name [on-failure])",
+     "Evaluates the expressions of a file, gives the last value."},
+};
+
+}  // namespace
+
+std::span<const Builtin> fileBuiltins() {
+    return kRows;
+}
+
+}  // namespace host::lisp

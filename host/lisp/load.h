@@ -1,0 +1,19 @@
+/// Finding and reading program files.
+#ifndef HOST_LISP_LOAD_H
+#define HOST_LISP_LOAD_H
+
+#include <string>
+
+namespace host::lisp {
+
+/// Full path of an existing file; empty when there is none. Names are relative to the working
+/// directory.
+std::string findFile(const std::string& name);
+/// The same for a program, whose name may lack its ".lsp".
+std::string findProgram(const std::string& name);
+/// Reads a whole program. @return true; false with the cause in `error`
+bool readProgram(const std::string& path, std::u16string& text, std::string& error);
+
+}  // namespace host::lisp
+
+#endif

@@ -1,0 +1,19 @@
+/// Calls of functions that native modules export, and the passage of values between Lisp and chains
+/// of result buffers.
+#ifndef HOST_LISP_NATIVE_CALL_H
+#define HOST_LISP_NATIVE_CALL_H
+
+#include "lisp/interpreter.h"
+
+namespace host::lisp {
+
+/// Calls a native function. Its arguments lie in the call frame for acedGetArgs.
+/// @return what it set with acedRet; nil, with Interpreter::nativeGaveNothing set, when it set
+/// nothing
+Value callNative(Interpreter& in, const External& external, Args args);
+/// Value of one node that is no list marker, by its kind.
+Value nodeValue(Interpreter& in, const resbuf& node);
+
+}  // namespace host::lisp
+
+#endif

@@ -1,0 +1,200 @@
+/// The interpreter of the program, behind the interface for programs around the host.
+#include <algorithm>
+#include <map>
+#include <new>
+
+#include "host/counters.h"
+#include "host/lisp.h"
+#include "host/output.h"
+#include "kz_tls21an/text.h"
+#include "lisp/interpreter.h"
+#include "lisp/load.h"
+#include "lisp/printer.h"
+
+namespace host {
+
+namespace {
+
+constexpr size_t kExpressionLimit = 500;
+
+/// The interpreter and what outlives a reset. Never destroyed: values may stand in static storage
+/// of others, and what hangs on them needs the host until the end.
+struct Session {
+    std::unique_ptr<lisp::Interpreter> interpreter;
+    std::map<std::u16string, int (*)(), std::less<>> natives;
+
+    Session() { renew(); }
+    void renew() {
+        auto lines = interpreter ? std::move(interpreter->lineSource) : nullptr;
+        interpreter.reset();
+        interpreter = std::make_unique<lisp::Interpreter>();
+        interpreter->lineSource = std::move(lines);
+        for (const auto& [name, function] : natives)
+            interpreter->define(name, function);
+    }
+};
+
+Session& session() {
+    static auto& instance = *new Session;
+    return instance;
+}
+
+/// Warns when a count of the host rises over an expression.
+class LeakWatch {
+  public:
+    LeakWatch() { note(); }
+    void check() {
+        const int64_t objects = openObjectCount() - objects_;
+        const int64_t buffers = resbufCount() - buffers_;
+        if (objects > 0) warn(objects, u" database objects left open");
+        if (buffers > 0) warn(buffers, u" result buffers not released");
+        note();
+    }
+
+  private:
+    static void warn(int64_t count, std::u16string_view what) {
+        std::u16string text(atLineStart(Channel::Message) ? u"" : u"\n");
+        text.append(u"; warning: ").append(kz::toUtf16(std::to_string(count)));
+        write(Channel::Message, text.append(what).append(u"\n"));
+    }
+    void note() {
+        objects_ = openObjectCount();
+        buffers_ = resbufCount();
+    }
+
+    int64_t objects_ = 0, buffers_ = 0;
+};
+
+LispOutcome failed(lisp::Interpreter& in, lisp::Failure& failure) {
+    in.runDeferredHandler(failure);
+    LispOutcome outcome;
+    outcome.kind = LispOutcome::Kind::Failed;
+    outcome.message = failure.message;
+    outcome.handled = failure.handled;
+    if (failure.expression) {
+        lisp::print(outcome.expression, failure.expression, lisp::PrintForm::Readable,
+                    kExpressionLimit);
+        if (outcome.expression.size() > 2 * kExpressionLimit) {
+            outcome.expression.resize(2 * kExpressionLimit);
+            outcome.expression.append(u"...");
+        }
+    }
+    auto place = in.sources.find(failure.place);
+    outcome.file = std::move(place.file);
+    outcome.line = place.line;
+    return outcome;
+}
+
+LispOutcome withoutMemory() {
+    LispOutcome outcome;
+    outcome.kind = LispOutcome::Kind::Failed;
+    outcome.message = u"insufficient memory";
+    return outcome;
+}
+
+LispOutcome evaluate(std::u16string_view text, std::u16string_view file,
+                     const LispValueSink& each) {
+    lisp::Interpreter& in = *session().interpreter;
+    in.beginTopLevel();
+    LeakWatch watch;
+    LispOutcome outcome;
+    const auto shown = [&](const lisp::Value& value) {
+        const bool nothing = value.isNil() && in.nativeGaveNothing;
+        return nothing ? std::u16string() : lisp::printed(value, lisp::PrintForm::Readable);
+    };
+    const auto afterEach = [&](const lisp::Value& value) {
+        watch.check();
+        if (!each) return;
+        const std::u16string printed = shown(value);
+        if (!printed.empty()) each(printed);
+    };
+    try {
+        outcome.value = shown(in.evalText(text, file, afterEach));
+    } catch (lisp::Failure& failure) {
+        outcome = failed(in, failure);
+        watch.check();
+    } catch (const std::bad_alloc&) {
+        outcome = withoutMemory();
+    }
+    return outcome;
+}
+
+}  // namespace
+
+LispOutcome evalLisp(std::u16string_view text, const LispValueSink& each) {
+    return evaluate(text, u"", each);
+}
+
+LispOutcome loadLisp(const std::string& name) {
+    const std::string path = lisp::findProgram(name);
+    std::u16string text;
+    std::string error;
+    if (lisp::readProgram(path.empty() ? name : path, text, error)) {
+        return evaluate(text, kz::toUtf16(path), {});
+    }
+    LispOutcome outcome;
+    outcome.kind = LispOutcome::Kind::Unreadable;
+    outcome.message = kz::toUtf16(name + ": " + error);
+    return outcome;
+}
+
+std::u16string describeError(const LispOutcome& outcome) {
+    std::u16string text = u"; error: " + outcome.message + u"\n";
+    if (!outcome.expression.empty()) text += outcome.expression + u"\n";
+    if (!outcome.file.empty()) {
+        text +=
+            u"; " + outcome.file + u", line " + kz::toUtf16(std::to_string(outcome.line)) + u"\n";
+    }
+    return text;
+}
+
+void defineNative(std::u16string_view name, int (*function)()) {
+    session().natives[std::u16string(name)] = function;
+    session().interpreter->define(name, function);
+}
+
+bool interruptLisp() {
+    return !lisp::Interpreter::interrupted.exchange(true, std::memory_order_relaxed);
+}
+
+void resetLisp() {
+    session().renew();
+}
+
+void setLispLineSource(std::function<std::optional<std::u16string>()> source) {
+    session().interpreter->lineSource = std::move(source);
+}
+
+std::vector<LispFunction> lispFunctions() {
+    std::vector<LispFunction> functions;
+    const lisp::SymbolTable& symbols = session().interpreter->symbols;
+    symbols.forEach([&](const lisp::Symbol* symbol) {
+        const lisp::Value& value = symbol->value;
+        if (value.is(lisp::Kind::Subr)) {
+            const lisp::Builtin& row = *value.as<lisp::Subr>()->row;
+            functions.push_back({kz::toUtf16(row.name), row.usage, row.help});
+        } else if (value.is(lisp::Kind::UserFunction)) {
+            functions.push_back({symbol->name, "", ""});
+        }
+    });
+    for (const auto& [name, function] : session().natives) {
+        const lisp::Symbol* symbol = symbols.find(name);
+        const bool defined = symbol && symbol->value.is(lisp::Kind::External) &&
+                             symbol->value.as<lisp::External>()->function == function;
+        if (defined) functions.push_back({name, "", ""});
+    }
+    std::sort(functions.begin(), functions.end(),
+              [](const LispFunction& a, const LispFunction& b) { return a.name < b.name; });
+    return functions;
+}
+
+std::vector<std::u16string> lispSymbols() {
+    std::vector<std::u16string> names;
+    session().interpreter->symbols.forEach([&](const lisp::Symbol* symbol) {
+        if (symbol->value) names.push_back(symbol->name);
+    });
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+}  // namespace host
