@@ -86,16 +86,14 @@ kz_FldList* readFields(resbuf* chain, kz_FldList* request) {
 /// what was read, for a caller that goes on to write.
 kz::OwnedFldList readField(const ads_name id, const kz_Char* name, const kz_Char* app,
                            kz::OwnedChain& chain) {
-    kz::OwnedFldList request;
+    kz::OwnedFldList list;
     if (!kz::isEmpty(name)) {
-        request.reset(kz_FldList_create(name, KZ_FLD_UNKNOWN, nullptr, 0));
-        if (request == nullptr) return nullptr;
+        list.reset(kz_FldList_create(name, KZ_FLD_UNKNOWN, nullptr, 0));
+        if (list == nullptr) return nullptr;
     }
-    chain = readChain(id, request.get(), app);
-    kz_FldList* found = readFields(chain.get(), request.get());
-    if (found == nullptr) return nullptr;
-    request.release();  // it is what was found, or there was none
-    kz::OwnedFldList list(found);
+    chain = readChain(id, list.get(), app);
+    kz_FldList* found = readFields(chain.get(), list.get());
+    if (list == nullptr) list.reset(found);  // otherwise what was found is the list itself
     return kz_FldList_count(found) > 0 ? std::move(list) : nullptr;
 }
 
