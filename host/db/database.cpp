@@ -158,6 +158,13 @@ Slot Database::makeRecord(std::string_view type, ObjectClass object_class, uint6
     return slot;
 }
 
+void Database::moveHandle(Slot from, Slot to) {
+    const uint64_t handle = records_[from].handle;
+    records_[from].handle = 0;
+    records_[to].handle = handle;
+    handles_.replace(handle, to);
+}
+
 void Database::raiseHandleSeed(uint64_t seed) {
     handle_seed_ = std::max(handle_seed_, seed);
 }
@@ -225,7 +232,7 @@ void Database::touchTags(Slot slot) {
 }
 
 Acad::ErrorStatus Database::setXData(Slot slot, const resbuf* chain) {
-    XData wanted;
+    XData& wanted = packing_;
     const Acad::ErrorStatus status = packXData(chain, codec_, wanted);
     if (status != Acad::eOk) return status;
     for (const AppData& app : wanted) {
@@ -256,11 +263,11 @@ Acad::ErrorStatus Database::setXData(Slot slot, const resbuf* chain) {
         const auto found = std::find_if(present.begin(), present.end(), sameApp(app.app));
         if (found == present.end()) {
             if (app.items.empty()) continue;
-            present.push_back(std::move(app));
+            present.push_back(app);
         } else if (app.items.empty()) {
             present.erase(found);
         } else if (found->items != app.items) {
-            found->items = std::move(app.items);
+            found->items = app.items;
             found->source = {};
         } else {
             continue;

@@ -146,6 +146,8 @@ class Database {
     Slot addRecord(std::string_view type, ObjectClass object_class);
     /// Gives a handle to a slot. False when the handle is in use; then nothing changes.
     bool setHandle(Slot slot, uint64_t handle);
+    /// Takes a handle from the object that has it and gives it to another; the first has none then.
+    void moveHandle(Slot from, Slot to);
     /// The next free handle, from now on in use.
     uint64_t newHandle();
     void raiseHandleSeed(uint64_t seed);
@@ -287,6 +289,10 @@ class Database {
     Slot model_space_ = kNoSlot;
     Slot paper_space_ = kNoSlot;
     size_t locked_layers_ = 0;
+
+    std::u16string last_app_;  ///< application name that was last looked up, and its record
+    Slot last_app_slot_ = kNoSlot;
+    XData packing_;  ///< work space of setXData
 
     std::vector<std::unique_ptr<SymbolTable>> tables_;
     std::unordered_map<Slot, std::unique_ptr<DictionaryData>> dictionaries_;

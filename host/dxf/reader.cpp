@@ -9,6 +9,8 @@
 #include <cerrno>
 #include <cstring>
 
+#include "kz_tls21an/text.h"
+
 namespace host::dxf {
 namespace {
 
@@ -263,17 +265,26 @@ class Reader {
         if (scan.handle == 0) {
             without_handle_.push_back(slot);
         } else if (!database_.setHandle(slot, scan.handle)) {
-            const ObjectRecord& other = database_.record(database_.findHandle(scan.handle));
-            const auto first_line = std::count(database_.image().data(), other.bytes, '\n') + 1;
-            std::string handle;
-            writeHandle(5, scan.handle, handle);
-            throw FormatError(
-                scan.handle_at,
-                "handle " + std::string(trimmed(handle.substr(4, handle.size() - 5))) +
-                    " stands twice; the " + database_.typeName(database_.findHandle(scan.handle)) +
-                    " at line " + std::to_string(first_line) + " has it already");
+            settleHandle(slot, scan);
         }
         return slot;
+    }
+
+    /// The handle is in use: by an object that was made for lack of one in the file, which gives it
+    /// up, or by another object of the file, which is an error.
+    void settleHandle(Slot slot, const Scan& scan) {
+        const Slot other = database_.findHandle(scan.handle);
+        const char* other_bytes = database_.record(other).bytes;
+        if (other_bytes == nullptr) {
+            database_.moveHandle(other, slot);
+            without_handle_.push_back(other);
+            return;
+        }
+        const auto first_line = std::count(database_.image().data(), other_bytes, '\n') + 1;
+        throw FormatError(scan.handle_at, "handle " + kz::toUtf8(handleText(scan.handle)) +
+                                              " stands twice; the " + database_.typeName(other) +
+                                              " at line " + std::to_string(first_line) +
+                                              " has it already");
     }
 
     // --- tables ---------------------------------------------------------------------------------
@@ -432,8 +443,12 @@ class Reader {
         const uint64_t handle = database_.newHandle();
         database_.setHandle(slot, handle);
         Tags& tags = database_.tags(slot);
-        const bool is_dimstyle = database_.typeName(slot) == "DIMSTYLE";
-        tags.insert(tags.begin() + 1, Tag::handle(is_dimstyle ? 105 : 5, handle));
+        const int code = database_.typeName(slot) == "DIMSTYLE" ? 105 : 5;
+        if (tags.size() > 1 && tags[1].code() == code) {
+            tags[1] = Tag::handle(code, handle);
+        } else {
+            tags.insert(tags.begin() + 1, Tag::handle(code, handle));
+        }
         database_.touchTags(slot);
     }
 

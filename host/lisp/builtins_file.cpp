@@ -1,4 +1,6 @@
 /// Files: opening, reading, loading. Files hold UTF-8; the end of a line is read in either form.
+#include <unistd.h>
+
 #include <filesystem>
 #include <system_error>
 
@@ -84,14 +86,47 @@ Value findFileOf(Interpreter& in, Args args) {
     return path.empty() ? Value() : makeText(kz::toUtf16(path));
 }
 
-/// What the second argument of load asks for when the file can't be loaded.
+bool isLambda(Interpreter& in, const Value& value) {
+    return value.isCons() && value.cons()->car.isSymbol() &&
+           value.cons()->car.symbol() == in.symbols.lambda;
+}
+
+Value deleteFile(Interpreter& in, Args args) {
+    std::error_code error;
+    const std::filesystem::path path = kz::toUtf8(textArg(in, args[0]));
+    if (std::filesystem::is_directory(path, error)) return Value();
+    return in.truth(std::filesystem::remove(path, error));
+}
+
+/// A name that no file has yet: the stem of the pattern with a number, its extension or another
+/// one.
+Value makeTempName(Interpreter& in, Args args) {
+    namespace fs = std::filesystem;
+    const auto text = [&](size_t index) {
+        const Value& value = optionalArg(args, index);
+        return value.isNil() ? std::string() : kz::toUtf8(textArg(in, value));
+    };
+    std::error_code error;
+    const fs::path pattern = text(0).empty() ? fs::path("kz") : fs::path(text(0));
+    fs::path folder = text(1);
+    if (folder.empty()) folder = pattern.parent_path();
+    if (folder.empty()) folder = fs::temp_directory_path(error);
+    const std::string extension = text(2).empty() ? pattern.extension().string() : text(2);
+    static int number = 0;
+    for (;;) {
+        const std::string name = pattern.stem().string() + std::to_string(::getpid()) + "_" +
+                                 std::to_string(++number) + extension;
+        if (!fs::exists(folder / name, error))
+            return makeText(kz::toUtf16((folder / name).string()));
+    }
+}
+
+/// What the second argument of load asks for when the file can't be loaded: a call, or its value.
 Value onFailure(Interpreter& in, const Value& wanted) {
-    const bool callable = wanted.is(Kind::UserFunction) || wanted.is(Kind::Subr) ||
-                          wanted.is(Kind::External) ||
-                          (wanted.isSymbol() && wanted.symbol()->value.isObject() &&
-                           !wanted.symbol()->value.isText());
-    return callable && wanted.symbol() != in.symbols.t ? callWith(in, in.functionFor(wanted))
-                                                       : wanted;
+    const Value& meant = wanted.isSymbol() ? wanted.symbol()->value : wanted;
+    const bool callable = meant.is(Kind::UserFunction) || meant.is(Kind::Subr) ||
+                          meant.is(Kind::External) || isLambda(in, meant);
+    return callable ? callWith(in, in.functionFor(wanted)) : wanted;
 }
 
 Value load(Interpreter& in, Args args) {
@@ -114,6 +149,11 @@ const Builtin kRows[] = {
      "Code of the next character of a file; nil at its end."},
     {"findfile", 1, 1, findFileOf, "(findfile name)",
      "Full path of a file; nil when there is none."},
+    {"vl-file-delete", 1, 1, deleteFile, "(vl-file-delete name)",
+     "Deletes a file; nil when it can't."},
+    {"vl-filename-mktemp", 0, 3, makeTempName,
+     "(vl-filename-mktemp [pattern [folder [extension]]])",
+     "Name for a temporary file that does not exist yet."},
     {"load", 1, 2, load, "(load name [on-failure])",
      "Evaluates the expressions of a file, gives the last value."},
 };

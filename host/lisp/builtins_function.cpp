@@ -52,7 +52,7 @@ Value catchAllApply(Interpreter& in, Args args) {
     const Interpreter::Catching catching(in);
     try {
         if (args.size() == 2) return apply(in, args);
-        return in.call(in.functionFor(args[0]), {});
+        return callWith(in, in.functionFor(args[0]));
     } catch (const Failure& failure) {
         return Value::adopt(new CaughtError(failure.message));
     }

@@ -187,7 +187,7 @@ Value Interpreter::callUser(const UserFunction& function, Args args) {
     Arguments locals(*this);  // they stand right behind the parameters
     for (uint32_t i = 0; i < function.locals; ++i)
         locals.push(Value());
-    const Binding binding(function, const_cast<Value*>(args.data()));
+    const Binding binding(function, top_ - (function.parameters + function.locals));
     return evalAll(function.body);
 }
 

@@ -58,7 +58,7 @@ class Interpreter {
     Value functionFor(const Value& designator);
     /// A function from (parameters body...).
     Value makeFunction(const Value& definition, Symbol* name);
-    /// Calls a function with arguments that lie on the value stack.
+    /// Calls a function. Its arguments are the topmost values of the value stack.
     Value call(const Value& function, Args args);
 
     [[noreturn]] void fail(std::u16string_view message);

@@ -60,6 +60,7 @@ Symbol* SymbolTable::find(std::u16string_view name) const {
 }
 
 void SymbolTable::clearValues() {
+    nothing->value = Value();
     for (const auto& entry : symbols_)
         entry.second->value = Value();
 }

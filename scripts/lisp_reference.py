@@ -1,0 +1,71 @@
+#!/usr/bin/env python3
+"""Writes docs/lisp_reference.md from the comments that stand on the twins.
+
+A twin carries `/// (name args) -> result` and sentences behind it. --check compares instead of writing.
+"""
+import pathlib
+import re
+import sys
+
+ROOT = pathlib.Path(__file__).resolve().parent.parent
+TARGET = ROOT / "docs" / "lisp_reference.md"
+TWIN = re.compile(r"((?:^///[^\n]*\n)+)KZ_TWIN\s+(\w+)_li\(", re.MULTILINE)
+
+HEAD = """# Lisp reference
+
+The library's functions as AutoLISP sees them. This page is made from the comments in the sources
+(`scripts/lisp_reference.py`); change those, not this page.
+
+`{ handle | entname }` is an entity, given as its entity name or as a handle string. Items in square
+brackets are optional; a missing one and nil are the same. Flags are integers or T.
+
+The Lisp shape of a field list is `(("NAME" value ...) ...)`. A bare string in the list names a field
+without a value. A value is a string, an integer, a real, T (1), nil (0), a point, or a typed pair with a
+DXF group code: `(1005 . "2F")` is a handle, `(1011 1.0 2.0 3.0)` a world position. A string behind a point
+names the point's type by its first letter (M, D, O; any other P).
+"""
+
+
+def twins():
+    for path in sorted((ROOT / "SRC").rglob("*.cpp")):
+        text = path.read_text(encoding="utf-8")
+        for found in TWIN.finditer(text):
+            lines = [line[3:].strip() for line in found.group(1).strip().split("\n")]
+            first = next((i for i, line in enumerate(lines) if line.startswith("(")), None)
+            if first is None:
+                sys.exit(f"{path}: {found.group(2)}_li has no usage comment")
+            usage = lines[first]
+            rest = lines[first + 1:]
+            while rest and "->" not in usage:
+                usage += " " + rest.pop(0)
+            yield path.parent.relative_to(ROOT).as_posix(), found.group(2), usage, " ".join(rest)
+
+
+def render():
+    folders = {}
+    for folder, name, usage, text in twins():
+        folders.setdefault(folder, []).append((name, usage, text))
+    out = [HEAD]
+    for folder, rows in folders.items():
+        out.append(f"\n## {folder}\n")
+        for name, usage, text in rows:
+            form, _, result = usage.partition("->")
+            out.append(f"\n### {name}\n\n    {form.strip()}\n\nGives {result.strip()}.")
+            if text:
+                out.append(f"\n{text}")
+            out.append("\n")
+    return re.sub(r"\n{3,}", "\n\n", "\n".join(out)).rstrip() + "\n"
+
+
+def main():
+    text = render()
+    if "--check" in sys.argv:
+        if not TARGET.exists() or TARGET.read_text(encoding="utf-8") != text:
+            sys.exit("docs/lisp_reference.md is behind the sources: run scripts/lisp_reference.py")
+        print("lisp reference: up to date")
+        return
+    TARGET.write_text(text, encoding="utf-8")
+
+
+if __name__ == "__main__":
+    main()
