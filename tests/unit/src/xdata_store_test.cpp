@@ -107,6 +107,23 @@ TEST_F(XDataStore, ARefusedWriteIsTracedAndLeavesTheDataAlone) {
     EXPECT_EQ(read(), "A:I=1");
 }
 
+TEST_F(XDataStore, AShortageOfMemoryLosesNothing) {
+    write("( ( \"a\" 1 \"two\" ) )");
+    const std::string before = read();
+    int status = 0;
+    size_t count = 0;
+    while (status == 0 && count < 1000) {
+        kz_Malloc_failFrom(++count);
+        status = kz_XData_setFld(line_, KZ_FLD_CHAR, KZ_T("three"), KZ_T("A"), KZ_T("APP"), 0, 1);
+        kz_Malloc_failFrom(0);
+        if (status == 0) {
+            EXPECT_EQ(read(), before) << "without memory from block " << count;
+        }
+    }
+    EXPECT_GT(count, 10U);
+    EXPECT_EQ(read(), "A:V[I=1 C=two C=three]");
+}
+
 TEST_F(XDataStore, ErasedEntitiesKeepTheirData) {
     write("( ( \"a\" 1 ) )");
     ASSERT_EQ(acdbEntDel(line_), RTNORM);
