@@ -1,7 +1,7 @@
 /// The end of a growing chain. kz_Rb_insEnd walks to the end for every node; whoever appends many
 /// keeps one of these.
-#ifndef SRC_RB_CHAIN_TAIL_H
-#define SRC_RB_CHAIN_TAIL_H
+#ifndef SRC_CHAIN_TAIL_H
+#define SRC_CHAIN_TAIL_H
 
 #include "kz/kz_rb.h"
 

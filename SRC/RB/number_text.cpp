@@ -51,7 +51,7 @@ double parseReal(const kz_Char* text) {
     if (text == nullptr) return 0.0;
     text = skipBlanks(text);
     if (*text == KZ_T('+') && text[1] != KZ_T('-')) ++text;
-    char narrow[128];
+    char narrow[128] = {};
     char* end = narrow;
     for (; isNumeric(*text) && end < narrow + sizeof narrow - 1; ++text) {
         *end++ = static_cast<char>(*text);

@@ -64,12 +64,12 @@ bool isComplete(int16_t type, const void* value, const kz_Char* name) {
     return type != 0 && value != nullptr && !kz::isEmpty(name);
 }
 
-/// The application's chain for a read; NULL when there is nothing to read.
-kz::OwnedChain readChain(const ads_name id, kz_FldList* request, const kz_Char* app) {
+/// The application's chain for a read.
+kz::AppChain readChain(const ads_name id, kz_FldList* request, const kz_Char* app) {
     kz_FldList_printListDiag(request, kz::kTraceEntry, kz::kTraceData);
-    if (kz::isNull(id) || kz::isEmpty(app)) return nullptr;
+    if (kz::isNull(id) || kz::isEmpty(app)) return {};
     acdbRegApp(app);
-    return kz::OwnedChain(kz_Xdata_getFromEnt(id, app));
+    return kz::readAppChain(id, app);
 }
 
 /// The request filled from the chain, or without a request all fields as a new list.
@@ -85,29 +85,27 @@ kz_FldList* readFields(resbuf* chain, kz_FldList* request) {
 /// A list of the named field (all fields for an empty name), NULL when there is none. `chain` gets
 /// what was read, for a caller that goes on to write.
 kz::OwnedFldList readField(const ads_name id, const kz_Char* name, const kz_Char* app,
-                           kz::OwnedChain& chain) {
-    kz::OwnedFldList request;
+                           kz::AppChain& chain) {
+    kz::OwnedFldList list;
     if (!kz::isEmpty(name)) {
-        request.reset(kz_FldList_create(name, KZ_FLD_UNKNOWN, nullptr, 0));
-        if (request == nullptr) return nullptr;
+        list.reset(kz_FldList_create(name, KZ_FLD_UNKNOWN, nullptr, 0));
+        if (list == nullptr) return nullptr;
     }
-    chain = readChain(id, request.get(), app);
-    kz_FldList* found = readFields(chain.get(), request.get());
-    if (found == nullptr) return nullptr;
-    request.release();  // it is what was found, or there was none
-    kz::OwnedFldList list(found);
+    chain = readChain(id, list.get(), app);
+    kz_FldList* found = readFields(chain.nodes.get(), list.get());
+    if (list == nullptr) list.reset(found);  // otherwise what was found is the list itself
     return kz_FldList_count(found) > 0 ? std::move(list) : nullptr;
 }
 
 }  // namespace
 
 kz_FldList* kz_XData_getFldList(const ads_name id, kz_FldList* list, const kz_Char* app) {
-    const kz::OwnedChain chain = readChain(id, list, app);
-    return readFields(chain.get(), list);
+    const kz::AppChain chain = readChain(id, list, app);
+    return readFields(chain.nodes.get(), list);
 }
 
 kz_FldList* kz_XData_getFld(const ads_name id, const kz_Char* fieldName, const kz_Char* app) {
-    kz::OwnedChain chain;
+    kz::AppChain chain;
     return readField(id, fieldName, app, chain).release();
 }
 
@@ -118,7 +116,7 @@ int kz_XData_setFld(const ads_name id, int16_t type, const void* value, const kz
         const kz::OwnedFldList fresh = oneValue(fieldName, type, value);
         return fresh != nullptr ? kz_XData_setFldList(id, fresh.get(), app, 0) : 0;
     }
-    kz::OwnedChain chain;
+    kz::AppChain chain;
     kz::OwnedFldList list = readField(id, fieldName, app, chain);
     bool present = false;
     if (list == nullptr) {

@@ -25,35 +25,52 @@ int kz_Xdata_setFromEnt(const ads_name id, const resbuf* chain) {
     return good;
 }
 
-/// Writes the chain for the operation `name`, which a failure is told under.
-int writeChain(const kz_Char* name, const ads_name id, const resbuf* chain) {
-    if (kz_Xdata_setFromEnt(id, chain) == 1) return 1;
+/// Tells that the operation `name` could not write. @return 0
+int writeFailed(const kz_Char* name) {
     KZ_TRACEF(kz::kTraceArgument, kz::kTraceData,
               KZ_T("Error '%i' returned from kz_Xdata_setFromEnt in %s."), kz_Diag_acadErrorNo(),
               name);
     return 0;
 }
 
+/// Writes the chain for the operation `name`, which a failure is told under.
+int writeChain(const kz_Char* name, const ads_name id, const resbuf* chain) {
+    return kz_Xdata_setFromEnt(id, chain) == 1 ? 1 : writeFailed(name);
+}
+
 /// Writes the list into what the object has now.
 int rewriteFldList(const kz_Char* name, const ads_name id, kz_FldList* list, const kz_Char* app,
                    bool clear_existing) {
-    kz::OwnedChain present(kz::isEmpty(app) ? nullptr : kz_Xdata_getFromEnt(id, app));
+    kz::AppChain present;
+    if (!kz::isEmpty(app)) present = kz::readAppChain(id, app);
     return kz::writeFldList(name, id, list, app, clear_existing, std::move(present));
 }
 
 }  // namespace
 
+kz::AppChain kz::readAppChain(const ads_name id, const kz_Char* app) {
+    if (isNull(id)) return {};
+    Opened<AcDbObject> object(id, AcDb::kForRead, true);
+    if (!object) return {};
+    resbuf* chain = object->xData(nullptr);
+    object.close();
+    if (app != nullptr) kz_XData_getAppXData(&chain, app);
+    return {OwnedChain(chain), true};
+}
+
 int kz::writeFldList(const kz_Char* operation, const ads_name id, kz_FldList* list,
-                     const kz_Char* app, bool clear_existing, OwnedChain present) {
+                     const kz_Char* app, bool clear_existing, AppChain present) {
     KZ_TRACEF(kTraceEntry, kTraceData, KZ_T("Entering %s..."), operation);
     kz_FldList_printListDiag(list, kTraceEntry, kTraceData);
     if (isNull(id) || list == nullptr || isEmpty(app)) return 0;
-    if (present == nullptr) {
+    if (!present.known) return writeFailed(operation);
+    OwnedChain chain = std::move(present.nodes);
+    if (chain == nullptr) {
         acdbRegApp(app);
-        present.reset(acutBuildList(kAppName, app, 0));
+        chain.reset(acutBuildList(kAppName, app, 0));
     }
-    if (kz_XData_fromFldList(present.get(), list, clear_existing) != 1) return 0;
-    return writeChain(operation, id, present.get());
+    if (kz_XData_fromFldList(chain.get(), list, clear_existing) != 1) return 0;
+    return writeChain(operation, id, chain.get());
 }
 
 int kz_Diag_acadErrorNo(void) {
@@ -62,14 +79,7 @@ int kz_Diag_acadErrorNo(void) {
 }
 
 resbuf* kz_Xdata_getFromEnt(const ads_name id, const kz_Char* app) {
-    if (kz::isNull(id)) return nullptr;
-    kz::Opened<AcDbObject> object(id, AcDb::kForRead, true);
-    if (!object) return nullptr;
-    kz::OwnedChain chain(object->xData(nullptr));
-    object.close();
-    if (app == nullptr) return chain.release();
-    resbuf* part = chain.release();
-    return kz_XData_getAppXData(&part, app) == 1 ? part : nullptr;
+    return kz::readAppChain(id, app).nodes.release();
 }
 
 int kz_Xdata_setFromEntList(const kz_Char* app, resbuf* list) {

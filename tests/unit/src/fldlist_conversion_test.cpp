@@ -149,6 +149,7 @@ TEST_F(FldListConversion, ExtendedDataReadsByGroupCode) {
          "A:V[P=1,0,0 M=2,0,0 D=3,0,0 O=4,0,0]"},
         // a point that no field has leaves no value, but a text behind it stays a value
         {"1002:{ 1000:A 1014:1,0,0 1000:M 1002:}", "A:C=M"},
+        {"1002:{ 1000:A 1014:1,0,0 1002:}", ""},
         // a group that occurs twice: the later one holds
         {"1002:{ 1000:A 1070:1 1002:} 1002:{ 1000:A 1070:2 1002:}", "A:I=2"},
         // a further application reads as a field
