@@ -15,6 +15,8 @@ ROOT = pathlib.Path(__file__).resolve().parent.parent
 def declared():
     names = set()
     for header in (ROOT / "include" / "kz").glob("*.h"):
+        if header.name == "kz_platform.h":
+            continue
         text = re.sub(r"//[^\n]*", "", header.read_text(encoding="utf-8"))
         names |= set(re.findall(r"KZ_EXPORT[^;{(]*?\b(\w+)\s*\(", text))
         names |= set(re.findall(r"KZ_EXPORT\s+extern[^;(]*?\b(\w+)\s*(?:\[\s*\])?;", text))

@@ -2,7 +2,7 @@
 #ifndef SRC_RB_FIELD_WRITER_H
 #define SRC_RB_FIELD_WRITER_H
 
-#include "RB/chain_tail.h"
+#include "chain_tail.h"
 
 namespace kz {
 

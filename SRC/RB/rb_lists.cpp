@@ -1,7 +1,7 @@
 /// Lists of nodes: inserting, removing, searching and copying. A position in a list is held as a
 /// link, the address of the pointer that leads to the node, so that the first node is no special
 /// case.
-#include "RB/chain_tail.h"
+#include "chain_tail.h"
 #include "kz/kz_rb.h"
 
 namespace {

@@ -2,7 +2,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "RB/chain_tail.h"
+#include "chain_tail.h"
 #include "kz/kz_rb.h"
 
 namespace {

@@ -1,5 +1,5 @@
 /// String lists to and from Lisp lists, and wildcards.
-#include "RB/chain_tail.h"
+#include "chain_tail.h"
 #include "guards.h"
 #include "kz/kz_rb.h"
 

@@ -3,7 +3,6 @@
 /// poisoned.
 #include "base/resbuf.h"
 
-#include <array>
 #include <cstring>
 #include <memory>
 #include <new>
@@ -98,82 +97,7 @@ const Node* nodeOf(const resbuf* visible) {
     return reinterpret_cast<const Node*>(visible);
 }
 
-constexpr int kFirstKind = -4;
-constexpr int kLastKind = 1071;
-
-ValueKind groupKind(int code) {
-    if (code == -4) return ValueKind::Text;
-    if (code == -1 || code == -2) return ValueKind::Name;
-    if (code < 0) return ValueKind::None;
-    if (code >= 1000) {
-        if (code == 1071) return ValueKind::Long;
-        code -= 1000;
-        if (code >= 80) return ValueKind::None;
-        if (code >= 60) return ValueKind::Short;
-    }
-    struct Range {
-        int first;
-        int last;
-        ValueKind kind;
-    };
-    static constexpr Range kRanges[] = {
-        {0, 9, ValueKind::Text},      {10, 19, ValueKind::Point},   {20, 59, ValueKind::Real},
-        {60, 79, ValueKind::Short},   {90, 99, ValueKind::Long},    {100, 109, ValueKind::Text},
-        {110, 112, ValueKind::Point}, {113, 149, ValueKind::Real},  {160, 169, ValueKind::Int64},
-        {170, 179, ValueKind::Short}, {210, 219, ValueKind::Point}, {220, 239, ValueKind::Real},
-        {270, 299, ValueKind::Short}, {300, 319, ValueKind::Text},  {320, 369, ValueKind::Name},
-        {370, 389, ValueKind::Short}, {390, 399, ValueKind::Name},  {400, 409, ValueKind::Short},
-        {410, 419, ValueKind::Text},  {420, 429, ValueKind::Long},  {430, 439, ValueKind::Text},
-        {440, 459, ValueKind::Long},  {460, 469, ValueKind::Real},  {470, 479, ValueKind::Text},
-        {480, 481, ValueKind::Name},  {999, 999, ValueKind::Text},
-    };
-    for (const Range& range : kRanges) {
-        if (code >= range.first && code <= range.last) return range.kind;
-    }
-    return ValueKind::None;
-}
-
-std::array<ValueKind, kLastKind - kFirstKind + 1> makeGroupKinds() {
-    std::array<ValueKind, kLastKind - kFirstKind + 1> kinds{};
-    for (int code = kFirstKind; code <= kLastKind; ++code) {
-        kinds[static_cast<size_t>(code - kFirstKind)] = groupKind(code);
-    }
-    return kinds;
-}
-
-ValueKind resultKind(int restype) {
-    switch (restype) {
-        case RTREAL:
-        case RTANG:
-        case RTORINT:
-            return ValueKind::Real;
-        case RTPOINT:
-        case RT3DPOINT:
-            return ValueKind::Point;
-        case RTSHORT:
-            return ValueKind::Short;
-        case RTLONG:
-            return ValueKind::Long;
-        case RTSTR:
-        case RTDXF0:
-            return ValueKind::Text;
-        case RTENAME:
-        case RTPICKS:
-            return ValueKind::Name;
-        default:
-            return ValueKind::None;
-    }
-}
-
 }  // namespace
-
-ValueKind valueKind(int restype) {
-    static const auto kGroupKinds = makeGroupKinds();
-    if (restype >= kFirstKind && restype <= kLastKind) {
-        return kGroupKinds[static_cast<size_t>(restype - kFirstKind)];
-    }
-    return resultKind(restype);
-}
 
 uint32_t stampOf(const resbuf* node) {
     return nodeOf(node)->stamp;

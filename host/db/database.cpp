@@ -232,7 +232,7 @@ void Database::touchTags(Slot slot) {
 }
 
 Acad::ErrorStatus Database::setXData(Slot slot, const resbuf* chain) {
-    XData wanted;
+    XData& wanted = packing_;
     const Acad::ErrorStatus status = packXData(chain, codec_, wanted);
     if (status != Acad::eOk) return status;
     for (const AppData& app : wanted) {
@@ -263,11 +263,11 @@ Acad::ErrorStatus Database::setXData(Slot slot, const resbuf* chain) {
         const auto found = std::find_if(present.begin(), present.end(), sameApp(app.app));
         if (found == present.end()) {
             if (app.items.empty()) continue;
-            present.push_back(std::move(app));
+            present.push_back(app);
         } else if (app.items.empty()) {
             present.erase(found);
         } else if (found->items != app.items) {
-            found->items = std::move(app.items);
+            found->items = app.items;
             found->source = {};
         } else {
             continue;

@@ -290,6 +290,10 @@ class Database {
     Slot paper_space_ = kNoSlot;
     size_t locked_layers_ = 0;
 
+    std::u16string last_app_;  ///< application name that was last looked up, and its record
+    Slot last_app_slot_ = kNoSlot;
+    XData packing_;  ///< work space of setXData
+
     std::vector<std::unique_ptr<SymbolTable>> tables_;
     std::unordered_map<Slot, std::unique_ptr<DictionaryData>> dictionaries_;
     Slot named_objects_ = kNoSlot;

@@ -34,10 +34,12 @@ class HandleMap {
     /// The slot of a handle; 0 when there is none.
     uint32_t find(uint64_t handle) const {
         if (handle == 0 || cells_.empty()) return 0;
-        for (size_t i = start(handle);; i = (i + 1) & (cells_.size() - 1)) {
-            if (cells_[i].handle == handle) return cells_[i].slot;
-            if (cells_[i].handle == 0) return 0;
+        Probe probe(handle, cells_.size() - 1);
+        while (cells_[probe.index].handle != handle) {
+            if (cells_[probe.index].handle == 0) return 0;
+            probe.step();
         }
+        return cells_[probe.index].slot;
     }
 
   private:
@@ -46,17 +48,25 @@ class HandleMap {
         uint32_t slot = 0;
     };
 
-    size_t start(uint64_t handle) const {
-        // Handles run upward one by one: neighbours stay neighbours within blocks of 4096, and the
-        // blocks are spread over the table.
-        return (handle ^ ((handle >> 12U) * 0x9E3779B97F4A7C15U >> 20U)) & (cells_.size() - 1);
-    }
+    /// Handles run upward one by one, so the first try is the handle itself; where that is taken,
+    /// the further tries are spread by all of its bits and never run along a full stretch.
+    struct Probe {
+        Probe(uint64_t handle, size_t table_mask)
+            : index(handle & table_mask), mask(table_mask), spread(handle * 0x9E3779B97F4A7C15U) {}
+        void step() {
+            spread >>= 5U;
+            index = (index * 5 + 1 + spread) & mask;
+        }
+        size_t index;
+        size_t mask;
+        uint64_t spread;
+    };
 
     Cell& cellOf(uint64_t handle) {
-        size_t i = start(handle);
-        while (cells_[i].handle != 0 && cells_[i].handle != handle)
-            i = (i + 1) & (cells_.size() - 1);
-        return cells_[i];
+        Probe probe(handle, cells_.size() - 1);
+        while (cells_[probe.index].handle != 0 && cells_[probe.index].handle != handle)
+            probe.step();
+        return cells_[probe.index];
     }
 
     void rehash(size_t capacity) {

@@ -51,6 +51,12 @@ std::u16string Database::symbolName(Slot record) {
 }
 
 Slot Database::findSymbol(std::string_view table_name, std::u16string_view name) {
+    // The stores look the same application up again and again.
+    const bool is_app = table_name == "APPID";
+    if (is_app && last_app_slot_ != kNoSlot && name == last_app_ &&
+        !records_[last_app_slot_].erased) {
+        return last_app_slot_;
+    }
     SymbolTable* symbols = nullptr;
     for (const auto& candidate : tables_) {
         if (candidate->name == table_name) {
@@ -61,8 +67,13 @@ Slot Database::findSymbol(std::string_view table_name, std::u16string_view name)
     if (symbols == nullptr) symbols = table(table_name);
     if (symbols == nullptr) return kNoSlot;
     const auto found = symbols->by_name.find(kz::toUpper(name));
-    return found == symbols->by_name.end() || records_[found->second].erased ? kNoSlot
-                                                                             : found->second;
+    const bool missing = found == symbols->by_name.end() || records_[found->second].erased;
+    const Slot slot = missing ? kNoSlot : found->second;
+    if (is_app && !missing) {
+        last_app_ = name;
+        last_app_slot_ = slot;
+    }
+    return slot;
 }
 
 void Database::enterSymbol(SymbolTable& symbols, Slot record, std::u16string_view name) {
@@ -100,6 +111,7 @@ bool Database::renameSymbol(Slot record, std::u16string_view old_name,
         return false;
     }
     symbols->by_name.erase(kz::toUpper(old_name));
+    last_app_slot_ = kNoSlot;
     symbols->by_name.insert_or_assign(upper, record);
     return true;
 }

@@ -62,15 +62,11 @@ struct Coordinates {
     double z;
 };
 
-ValueKind itemKind(int code) {
-    return valueKind(code);
-}
-
 /// Decodes one item; y and z of a point are taken from the following pairs.
 void decodeItem(const dxf::Pair& pair, dxf::PairCursor& cursor, const dxf::TextCodec& codec,
                 PackedXData& items) {
     const Tag tag(pair);
-    switch (itemKind(pair.code)) {
+    switch (valueKind(pair.code)) {
         case ValueKind::Text: {
             items += static_cast<char16_t>(pair.code);
             const size_t length_at = items.size();
@@ -116,7 +112,7 @@ void decodeItem(const dxf::Pair& pair, dxf::PairCursor& cursor, const dxf::TextC
 
 void writeItem(ItemReader& reader, const dxf::TextCodec& codec, std::string& out) {
     const int code = reader.code();
-    switch (itemKind(code)) {
+    switch (valueKind(code)) {
         case ValueKind::Text:
             writeCode(code, out);
             codec.encode(reader.text(), out);
@@ -143,7 +139,7 @@ void writeItem(ItemReader& reader, const dxf::TextCodec& codec, std::string& out
 
 resbuf* itemNode(ItemReader& reader) {
     const int code = reader.code();
-    const ValueKind kind = itemKind(code);
+    const ValueKind kind = valueKind(code);
     if (kind == ValueKind::Text) return newTextNode(code, reader.text());
     resbuf* node = acutNewRb(code);
     if (node == nullptr) return nullptr;
@@ -170,7 +166,7 @@ resbuf* itemNode(ItemReader& reader) {
 
 size_t itemSize(ItemReader& reader) {
     const int code = reader.code();
-    switch (itemKind(code)) {
+    switch (valueKind(code)) {
         case ValueKind::Text: {
             const size_t length = reader.text().size();
             if (code == 1002) return 2;
@@ -220,7 +216,7 @@ bool packText(const resbuf& node, const dxf::TextCodec& codec, int& depth, Packe
 bool packItem(const resbuf& node, const dxf::TextCodec& codec, int& depth, PackedXData& items) {
     const int code = node.restype;
     if (code < 1000 || code > 1071) return false;
-    const ValueKind kind = itemKind(code);
+    const ValueKind kind = valueKind(code);
     if (kind == ValueKind::Text) return packText(node, codec, depth, items);
     if (kind == ValueKind::None) return false;
     if (kind == ValueKind::Point && (code < 1010 || code > 1013)) return false;
@@ -298,7 +294,7 @@ resbuf** appendXDataChain(const AppData& data, resbuf** tail) {
 }
 
 Acad::ErrorStatus packXData(const resbuf* chain, const dxf::TextCodec& codec, XData& out) {
-    out.clear();
+    size_t used = 0;  // elements of `out` are taken again with the memory that they have
     int depth = 0;
     const resbuf* node = chain;
     while (node != nullptr && node->restype != 1001 && node->restype != -3)
@@ -308,14 +304,18 @@ Acad::ErrorStatus packXData(const resbuf* chain, const dxf::TextCodec& codec, XD
     for (; node != nullptr; node = node->rbnext) {
         if (node->restype == 1001) {
             if (depth != 0 || node->resval.rstring == nullptr) return Acad::eBadDxfSequence;
-            out.push_back({node->resval.rstring, {}, {}});
-        } else if (out.empty() || !packItem(*node, codec, depth, out.back().items)) {
+            if (used == out.size()) out.emplace_back();
+            AppData& app = out[used++];
+            app.app = node->resval.rstring;
+            app.items.clear();
+        } else if (used == 0 || !packItem(*node, codec, depth, out[used - 1].items)) {
             return Acad::eBadDxfSequence;
         }
-        if (!out.empty() && out.back().items.size() > kXDataLimit * 2) {
+        if (used > 0 && out[used - 1].items.size() > kXDataLimit * 2) {
             return Acad::eXdataSizeExceeded;
         }
     }
+    out.resize(used);
     return depth == 0 ? Acad::eOk : Acad::eBadDxfSequence;
 }
 

@@ -39,8 +39,9 @@ void writeXData(const XData& data, const dxf::TextCodec& codec, std::string& out
 resbuf** appendXDataChain(const AppData& data, resbuf** tail);
 
 /// Takes the applications out of a chain (a -3 node in front is skipped). An application without
-/// items stands for its removal. @return eBadDxfSequence for unmatched braces, an item outside of
-/// an application, a group that XDATA can't hold, or a text that is too long
+/// items stands for its removal. What `out` held is overwritten. @return eBadDxfSequence for
+/// unmatched braces, an item outside of an application, a group that XDATA can't hold, or a text
+/// that is too long
 Acad::ErrorStatus packXData(const resbuf* chain, const dxf::TextCodec& codec, XData& out);
 
 /// Size of all applications together as kXDataLimit counts it.

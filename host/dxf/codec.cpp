@@ -201,6 +201,16 @@ TextCodec::TextCodec(std::string_view version, std::string_view code_page) {
 
 void TextCodec::decode(std::string_view bytes, std::u16string& out) const {
     const size_t from = out.size();
+    // Nearly all texts are plain ASCII without escapes, the same in every encoding.
+    out.resize(from + bytes.size());
+    size_t plain = 0;
+    while (plain < bytes.size()) {
+        const auto byte = static_cast<unsigned char>(bytes[plain]);
+        if (byte >= 0x80 || byte == '\\' || byte == '^') break;
+        out[from + plain++] = byte;
+    }
+    if (plain == bytes.size()) return;
+    out.resize(from);
     if (page_ == nullptr) {
         kz::appendUtf16(out, bytes);
     } else {

@@ -1,11 +1,17 @@
-;;; What every suite uses. A suite states facts with (is ...) and (fails ...), one a line, and ends with
-;;; (finish), which says how many held and ends the program with an error when one did not.
+;;; What the suites in this folder are written with. A suite is a row of facts, one a line, and ends with
+;;; (finish); it runs as `kz run support.lsp SUITE.lsp`.
+;;;
+;;; (expect VALUE EXPECTED) states a value; (is NAME EXPECTED FORM) and (fails NAME MESSAGE FORM) take a
+;;; quoted form, whose error is a fact too.
 
-(setq *facts* 0 *failed* 0)
+(setq *passed* 0 *failed* 0 *about* "")
+
+;; Names what the facts behind it are about; shown with those that fail.
+(defun about (text) (setq *about* text))
 
 (defun note-fact (held name wanted got)
-  (setq *facts* (1+ *facts*))
-  (if (not held)
+  (if held
+    (setq *passed* (1+ *passed*))
     (progn
       (setq *failed* (1+ *failed*))
       (princ (strcat "FAILED: " name "\n  wanted "))
@@ -13,6 +19,13 @@
       (princ "\n  got    ")
       (prin1 got)
       (terpri))))
+
+;; The value is the expected one: same type, numbers within 1e-9.
+(defun expect (value expected)
+  (note-fact (and (= (type value) (type expected)) (equal value expected 1e-9))
+             (strcat *about* ", fact " (itoa (+ 1 *passed* *failed*))) expected value))
+
+(defun expect-nil (value) (expect value nil))
 
 ;; Equal in value and type: 1 and 1.0 differ here, unlike in (equal 1 1.0).
 (defun same (a b)
@@ -32,7 +45,15 @@
     (setq got (vl-catch-all-error-message got)))
   (note-fact (equal message got) name message got))
 
+;; A new line in the drawing.
+(defun make-line ()
+  (entmakex '((0 . "LINE") (8 . "0") (10 0.0 0.0 0.0) (11 1.0 0.0 0.0))))
+
+;; Handle of an entity.
+(defun handle-of (entity) (cdr (assoc 5 (entget entity))))
+
+;; Tells the outcome, and ends the program with an error when a fact has failed, or none was stated.
 (defun finish ()
-  (princ (strcat (itoa (- *facts* *failed*)) " of " (itoa *facts*) " facts hold\n"))
-  (if (or (> *failed* 0) (= *facts* 0)) (exit))
+  (princ (strcat (itoa *passed*) " passed, " (itoa *failed*) " failed\n"))
+  (if (or (> *failed* 0) (= *passed* 0)) (exit))
   (princ))

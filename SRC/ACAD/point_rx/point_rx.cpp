@@ -1,5 +1,5 @@
 /// Points: between kz_Point and the platform's points, lists and coordinate systems.
-#include "RB/chain_tail.h"
+#include "chain_tail.h"
 #include "guards.h"
 #include "kz/kz_point_cnv.h"
 #include "kz/kz_rb.h"

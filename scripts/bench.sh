@@ -1,0 +1,19 @@
+#!/usr/bin/env bash
+# Builds the benchmarks, makes the drawings they measure, runs them and their peers in one go. A quiet
+# machine gives better numbers. scripts/bench.sh [ENTITIES], 100000 by default.
+set -euo pipefail
+cd "$(dirname "$(readlink -f "$0")")/.."
+scripts/setup.sh
+scripts/build.sh release
+folder=build/bench
+mkdir -p "$folder"
+build/release/kz eval -s "$folder/empty.dxf" nil >/dev/null
+drawings=()
+for entities in $(( ${1:-100000} / 10 )) "${1:-100000}"; do
+    drawing=$folder/lines_$entities.dxf
+    [ -f "$drawing" ] || python3 bench/make_drawing.py "$entities" "$drawing" "$folder/empty.dxf"
+    drawings+=("$drawing")
+done
+build/release/bench_spine "${drawings[@]}"
+echo
+/usr/bin/python3 -B bench/peers/ezdxf_spine.py "${drawings[@]}"
