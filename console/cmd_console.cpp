@@ -24,7 +24,7 @@ host::LispOutcome evaluate(const std::string& text) {
     const Interruptible interruptible;
     // !name asks for the value of a variable.
     const std::string_view plain = std::string_view(text).substr(text.starts_with('!') ? 1 : 0);
-    const host::LispOutcome outcome = host::evalLisp(kz::toUtf16(plain), showValue);
+    host::LispOutcome outcome = host::evalLisp(kz::toUtf16(plain), showValue);
     host::flush();
     return outcome;
 }

@@ -197,19 +197,23 @@ Value notEqual(Interpreter& in, Args args) {
 }
 
 Value less(Interpreter& in, Args args) {
-    return chain(in, args, [](const Value& a, const Value& b) { return orderOf(a, b) < 0; });
+    return chain(in, args,
+                 [](const Value& a, const Value& b) { return std::is_lt(orderOf(a, b)); });
 }
 
 Value greater(Interpreter& in, Args args) {
-    return chain(in, args, [](const Value& a, const Value& b) { return orderOf(a, b) > 0; });
+    return chain(in, args,
+                 [](const Value& a, const Value& b) { return std::is_gt(orderOf(a, b)); });
 }
 
 Value notGreater(Interpreter& in, Args args) {
-    return chain(in, args, [](const Value& a, const Value& b) { return orderOf(a, b) <= 0; });
+    return chain(in, args,
+                 [](const Value& a, const Value& b) { return std::is_lteq(orderOf(a, b)); });
 }
 
 Value notLess(Interpreter& in, Args args) {
-    return chain(in, args, [](const Value& a, const Value& b) { return orderOf(a, b) >= 0; });
+    return chain(in, args,
+                 [](const Value& a, const Value& b) { return std::is_gteq(orderOf(a, b)); });
 }
 
 Value eq(Interpreter& in, Args args) {

@@ -1,4 +1,4 @@
-/// Texts: joining, cutting, searching. strXXX functions count from 1, vl-string-XXX from 0.
+/// Texts: joining, cutting, searching. substr counts from 1, the vl-string functions from 0.
 #include <algorithm>
 
 #include "kz_tls21an/text.h"

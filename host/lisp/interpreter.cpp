@@ -20,8 +20,8 @@ constexpr size_t kValueStackSize = size_t{1} << 22;
 constexpr size_t kCulpritLimit = 1000;
 /// What the evaluator leaves of the machine's stack: room for native functions, for undoing the
 /// calls, and for an *error* function, which gets half of it.
-constexpr size_t kStackReserve = 512 * 1024;
-constexpr size_t kStackWithoutLimit = 64 * 1024 * 1024;
+constexpr size_t kStackReserve = size_t{512} * 1024;
+constexpr size_t kStackWithoutLimit = size_t{64} * 1024 * 1024;
 
 constexpr std::span<const Builtin> (*kFamilies[])() = {
     controlBuiltins,  functionBuiltins, symbolBuiltins, numberBuiltins,    listBuiltins,
@@ -321,8 +321,9 @@ void Interpreter::runHandler(const Value& handler, Failure& failure) {
     try {
         callWith(*this, functionFor(handler), makeText(failure.message));
     } catch (const Failure& second) {
-        write(Channel::Message, u"; error: An error has occurred inside the *error* function: " +
-                                    second.message + u"\n");
+        std::u16string text(atLineStart(Channel::Message) ? u"" : u"\n");
+        text.append(u"; error: An error has occurred inside the *error* function: ");
+        write(Channel::Message, text.append(second.message).append(u"\n"));
     }
     inHandler_ = false;
     stackLimit_ = limit;

@@ -104,10 +104,17 @@ std::pair<Object*, Object*> dismantle(Object* object) noexcept {
     return freed;
 }
 
+/// Dead objects whose turn has not come. Never destroyed, since values may be freed by static
+/// objects.
+std::vector<Object*>& pendingObjects() {
+    static auto& objects = *new std::vector<Object*>;
+    return objects;
+}
+
 }  // namespace
 
 void destroy(Object* object) noexcept {
-    static auto& pending = *new std::vector<Object*>;
+    std::vector<Object*>& pending = pendingObjects();
     const size_t bottom = pending.size();
     while (object) {
         const auto [first, second] = dismantle(object);

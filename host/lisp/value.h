@@ -78,7 +78,7 @@ class Value {
         return Value(std::bit_cast<uint64_t>(number) + kRealOffset);
     }
     /// Takes over the reference that a new object is born with.
-    static Value adopt(Object* object) { return Value(reinterpret_cast<uint64_t>(object)); }
+    static Value adopt(Object* object) { return Value(std::bit_cast<uint64_t>(object)); }
     /// A further reference to a living object.
     static Value share(Object* object) {
         ++object->references;
@@ -101,7 +101,7 @@ class Value {
     double real() const { return std::bit_cast<double>(bits_ - kRealOffset); }
     /// An integer or real as a real.
     double number() const { return isInteger() ? integer() : real(); }
-    Object* object() const { return reinterpret_cast<Object*>(bits_); }
+    Object* object() const { return std::bit_cast<Object*>(bits_); }
     template <class T>
     T* as() const {
         return static_cast<T*>(object());

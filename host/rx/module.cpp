@@ -7,6 +7,7 @@
 #include <link.h>
 
 #include <algorithm>
+#include <bit>
 #include <cstring>
 
 #include "host/lisp.h"
@@ -35,16 +36,16 @@ DynamicSymbols readDynamic(const link_map& map) {
         const ElfW(Addr) address = stored < map.l_addr ? stored + map.l_addr : stored;
         switch (entry->d_tag) {
             case DT_SYMTAB:
-                found.symbols = reinterpret_cast<const ElfW(Sym)*>(address);
+                found.symbols = std::bit_cast<const ElfW(Sym)*>(address);
                 break;
             case DT_STRTAB:
-                found.names = reinterpret_cast<const char*>(address);
+                found.names = std::bit_cast<const char*>(address);
                 break;
             case DT_GNU_HASH:
-                found.gnuHash = reinterpret_cast<const uint32_t*>(address);
+                found.gnuHash = std::bit_cast<const uint32_t*>(address);
                 break;
             case DT_HASH:
-                found.hash = reinterpret_cast<const uint32_t*>(address);
+                found.hash = std::bit_cast<const uint32_t*>(address);
                 break;
             default:
                 break;
@@ -93,7 +94,7 @@ bool forEachExport(void* handle,
     for (size_t i = 0; i < count; ++i) {
         const ElfW(Sym)& symbol = found.symbols[i];
         if (!isExportedFunction(symbol)) continue;
-        visit(found.names + symbol.st_name, reinterpret_cast<void*>(map->l_addr + symbol.st_value));
+        visit(found.names + symbol.st_name, std::bit_cast<void*>(map->l_addr + symbol.st_value));
     }
     return true;
 }
