@@ -2,6 +2,7 @@
 #include <cstdarg>
 #include <cstring>
 
+#include "base/faults.h"
 #include "base/resbuf.h"
 
 namespace {
@@ -60,6 +61,7 @@ bool isKnownCode(int restype) {
 }  // namespace
 
 extern "C" resbuf* acutBuildList(int restype, ...) {
+    if (host::mustFail(host::Call::acutBuildList)) return nullptr;
     va_list args;
     va_start(args, restype);
     resbuf* head = nullptr;

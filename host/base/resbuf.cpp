@@ -2,6 +2,7 @@
 /// released node keeps its stamp at 0 and, under the address sanitizer, its visible part is
 /// poisoned.
 #include "base/resbuf.h"
+#include "base/faults.h"
 
 #include <cstring>
 #include <memory>
@@ -133,6 +134,7 @@ int64_t resbufCount() {
 extern "C" {
 
 resbuf* acutNewRb(int restype) {
+    if (host::mustFail(host::Call::acutNewRb)) return nullptr;
     host::Node* node = host::pool().take();
     if (node == nullptr) return nullptr;
     std::memset(&node->visible, 0, sizeof node->visible);

@@ -1,6 +1,7 @@
 /// Entities as lists of groups: reading, walking, erasing; tables and dictionaries in the same
 /// form.
 #include "acad/ads.h"
+#include "base/faults.h"
 #include "base/resbuf.h"
 #include "base/wildcard.h"
 #include "db/groups.h"
@@ -120,6 +121,8 @@ extern "C" {
 using host::Named;
 
 int acdbHandEnt(const ACHAR* handle, ads_name name) {
+    int status = 0;
+    if (host::mustFail(host::Call::acdbHandEnt, status)) return status;
     host::Database* database = host::currentDatabase();
     uint64_t value = 0;
     if (database == nullptr || handle == nullptr || name == nullptr) return RTERROR;
@@ -131,6 +134,7 @@ int acdbHandEnt(const ACHAR* handle, ads_name name) {
 }
 
 resbuf* acdbEntGetX(const ads_name name, const resbuf* apps) {
+    if (host::mustFail(host::Call::acdbEntGet)) return nullptr;
     const Named entity(name);
     if (!entity.good() || entity.record().erased) {
         host::setErrno(host::HostErrno::BadEntityName);
@@ -144,6 +148,8 @@ resbuf* acdbEntGet(const ads_name name) {
 }
 
 int acdbEntDel(const ads_name name) {
+    int status = 0;
+    if (host::mustFail(host::Call::acdbEntDel, status)) return status;
     const Named entity(name);
     if (!entity.good()) return RTERROR;
     const host::ObjectRecord& record = entity.record();
@@ -160,6 +166,8 @@ int acdbEntDel(const ads_name name) {
 }
 
 int acdbEntLast(ads_name name) {
+    int status = 0;
+    if (host::mustFail(host::Call::acdbEntLast, status)) return status;
     host::Database* database = host::currentDatabase();
     const host::Slot slot = database == nullptr ? host::kNoSlot : database->lastEntity();
     if (slot == host::kNoSlot || name == nullptr) return RTERROR;
@@ -168,6 +176,8 @@ int acdbEntLast(ads_name name) {
 }
 
 int acdbEntNext(const ads_name name, ads_name next) {
+    int status = 0;
+    if (host::mustFail(host::Call::acdbEntNext, status)) return status;
     host::Database* database = host::currentDatabase();
     host::Slot slot = host::kNoSlot;
     if (name != nullptr && !ads_name_nil(name)) {
@@ -187,6 +197,8 @@ int acdbEntNext(const ads_name name, ads_name next) {
 }
 
 int acdbRegApp(const ACHAR* app) {
+    int status = 0;
+    if (host::mustFail(host::Call::acdbRegApp, status)) return status;
     host::Database* database = host::currentDatabase();
     if (database == nullptr || app == nullptr) return RTERROR;
     if (database->findSymbol("APPID", app) != host::kNoSlot) return RTNORM;
@@ -211,6 +223,7 @@ int acdbSNValid(const ACHAR* name, int allowPipe) {
 // --- tables -------------------------------------------------------------------------------------
 
 resbuf* acdbTblSearch(const ACHAR* table, const ACHAR* name, int setNext) {
+    if (host::mustFail(host::Call::acdbTblSearch)) return nullptr;
     host::Database* database = host::currentDatabase();
     host::SymbolTable* symbols = host::tableOf(database, table);
     if (symbols == nullptr) return nullptr;

@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "acad/ads.h"
+#include "base/faults.h"
 #include "base/resbuf.h"
 #include "db/entity_rules.h"
 #include "db/groups.h"
@@ -426,6 +427,8 @@ bool modifyTags(Database& database, Slot slot, const resbuf* list) {
 extern "C" {
 
 int acdbEntMakeX(const resbuf* list, ads_name name) {
+    int status = 0;
+    if (host::mustFail(host::Call::acdbEntMakeX, status)) return status;
     host::Database* database = host::currentDatabase();
     if (database == nullptr || list == nullptr) return RTERROR;
     bool complete = false;
@@ -439,6 +442,8 @@ int acdbEntMakeX(const resbuf* list, ads_name name) {
 }
 
 int acdbEntMod(const resbuf* list) {
+    int status = 0;
+    if (host::mustFail(host::Call::acdbEntMod, status)) return status;
     const resbuf* named = host::findNode(list, -1);
     if (named == nullptr) return RTERROR;
     const AcDbObjectId id = host::Database::idFromName(named->resval.rlname);

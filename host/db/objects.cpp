@@ -1,5 +1,6 @@
 /// AcDbObject and the functions that open objects by id.
 #include "acad/db.h"
+#include "base/faults.h"
 #include "db/database.h"
 #include "db/xdata.h"
 #include "kz_tls21an/text.h"
@@ -15,6 +16,9 @@ Acad::ErrorStatus AcDbObject::close() {
 }
 
 Acad::ErrorStatus AcDbObject::upgradeOpen() {
+    int fault = 0;
+    if (host::mustFail(host::Call::upgradeOpen, fault))
+        return static_cast<Acad::ErrorStatus>(fault);
     return database_ == nullptr ? Acad::eNoDatabase : database_->upgradeOpen(slot_);
 }
 
@@ -23,6 +27,8 @@ Acad::ErrorStatus AcDbObject::downgradeOpen() {
 }
 
 Acad::ErrorStatus AcDbObject::erase(bool erasing) {
+    int fault = 0;
+    if (host::mustFail(host::Call::erase, fault)) return static_cast<Acad::ErrorStatus>(fault);
     if (database_ == nullptr) return Acad::eNoDatabase;
     if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
     if (isErased() == erasing) return erasing ? Acad::eWasErased : Acad::eWasNotErased;
@@ -43,6 +49,7 @@ bool AcDbObject::isReadEnabled() const {
 }
 
 resbuf* AcDbObject::xData(const ACHAR* app) const {
+    if (host::mustFail(host::Call::xData)) return nullptr;
     if (database_ == nullptr || !isReadEnabled()) return nullptr;
     resbuf* head = nullptr;
     resbuf** tail = &head;
@@ -58,6 +65,8 @@ resbuf* AcDbObject::xData(const ACHAR* app) const {
 }
 
 Acad::ErrorStatus AcDbObject::setXData(const resbuf* chain) {
+    int fault = 0;
+    if (host::mustFail(host::Call::setXData, fault)) return static_cast<Acad::ErrorStatus>(fault);
     if (database_ == nullptr) return Acad::eNoDatabase;
     if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
     if (chain == nullptr) return Acad::eInvalidInput;
@@ -71,6 +80,9 @@ const char* AcDbObject::dxfName() const {
 Acad::ErrorStatus acdbOpenAcDbObject(AcDbObject*& object, AcDbObjectId id, AcDb::OpenMode mode,
                                      bool openErased) {
     object = nullptr;
+    int fault = 0;
+    if (host::mustFail(host::Call::acdbOpenObject, fault))
+        return static_cast<Acad::ErrorStatus>(fault);
     if (id.isNull()) return Acad::eNullObjectId;
     host::Database* database = host::Database::find(id);
     if (database == nullptr) return Acad::ePermanentlyErased;
@@ -78,6 +90,9 @@ Acad::ErrorStatus acdbOpenAcDbObject(AcDbObject*& object, AcDbObjectId id, AcDb:
 }
 
 Acad::ErrorStatus acdbGetObjectId(AcDbObjectId& id, const ads_name name) {
+    int fault = 0;
+    if (host::mustFail(host::Call::acdbGetObjectId, fault))
+        return static_cast<Acad::ErrorStatus>(fault);
     const AcDbObjectId found = host::Database::idFromName(name);
     if (found.isNull()) return Acad::eInvalidKey;
     id = found;
@@ -85,6 +100,9 @@ Acad::ErrorStatus acdbGetObjectId(AcDbObjectId& id, const ads_name name) {
 }
 
 Acad::ErrorStatus acdbGetAdsName(ads_name name, AcDbObjectId id) {
+    int fault = 0;
+    if (host::mustFail(host::Call::acdbGetAdsName, fault))
+        return static_cast<Acad::ErrorStatus>(fault);
     if (id.isNull()) return Acad::eNullObjectId;
     const host::Database* database = host::Database::find(id);
     if (database == nullptr) return Acad::ePermanentlyErased;

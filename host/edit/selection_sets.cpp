@@ -5,6 +5,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "base/faults.h"
 #include "db/database.h"
 #include "host/counters.h"
 
@@ -103,6 +104,8 @@ int64_t selectionSetCount() {
 extern "C" {
 
 int acedSSAdd(const ads_name entity, const ads_name set, ads_name result) {
+    int status = 0;
+    if (host::mustFail(host::Call::acedSSAdd, status)) return status;
     if (result == nullptr) return RTERROR;
     const bool with_entity = entity != nullptr && !ads_name_nil(entity);
     const AcDbObjectId id = with_entity ? host::memberId(entity) : AcDbObjectId{};
@@ -130,6 +133,8 @@ int acedSSLength(const ads_name set, int32_t* length) {
 }
 
 int acedSSName(const ads_name set, int32_t index, ads_name entity) {
+    int status = 0;
+    if (host::mustFail(host::Call::acedSSName, status)) return status;
     host::SelectionSet* target = host::findSet(set);
     if (target == nullptr || entity == nullptr) return RTERROR;
     target->pack();

@@ -1,6 +1,7 @@
 /// System variables. Those of the drawing live in its header, under the same name with a "$" in
 /// front; the session's are kept here; some are computed.
 #include "edit/sysvars.h"
+#include "base/faults.h"
 
 #include <cstring>
 #include <filesystem>
@@ -190,6 +191,8 @@ void setErrno(HostErrno value) {
 extern "C" {
 
 int acedGetVar(const ACHAR* name, resbuf* value) {
+    int fault = 0;
+    if (host::mustFail(host::Call::acedGetVar, fault)) return fault;
     if (name == nullptr || value == nullptr) return RTERROR;
     const std::string plain = host::plainName(name);
     int status = RTERROR;
@@ -207,6 +210,8 @@ int acedGetVar(const ACHAR* name, resbuf* value) {
 }
 
 int acedSetVar(const ACHAR* name, const resbuf* value) {
+    int status = 0;
+    if (host::mustFail(host::Call::acedSetVar, status)) return status;
     if (name == nullptr || value == nullptr) return RTERROR;
     const std::string plain = host::plainName(name);
     const auto found = host::session().find(plain);

@@ -5,6 +5,7 @@
 #include <string>
 
 #include "acad/ads.h"
+#include "base/faults.h"
 #include "db/database.h"
 
 namespace {
@@ -90,6 +91,8 @@ bool frameOf(const resbuf* system, Frame& frame) {
 
 extern "C" int acedTrans(const ads_point point, const resbuf* from, const resbuf* to,
                          int displacement, ads_point result) {
+    int status = 0;
+    if (host::mustFail(host::Call::acedTrans, status)) return status;
     Frame source;
     Frame target;
     if (point == nullptr || result == nullptr) return RTERROR;

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "acad/ads.h"
+#include "base/faults.h"
 #include "kz_tls21an/text.h"
 
 namespace {
@@ -108,6 +109,8 @@ class DistanceReader {
 }  // namespace
 
 extern "C" int acdbDisToF(const ACHAR* text, int unit, ads_real* value) {
+    int status = 0;
+    if (host::mustFail(host::Call::acdbDisToF, status)) return status;
     if (text == nullptr || value == nullptr || unit < -1 || unit > 5 || unit == 0) return RTERROR;
     const std::optional<double> distance = DistanceReader(text).read();
     if (!distance) return RTERROR;

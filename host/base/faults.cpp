@@ -1,0 +1,67 @@
+/// The armed fault and the counters of calls.
+#include "base/faults.h"
+
+#include <array>
+
+#include "host/testing.h"
+
+namespace host {
+namespace {
+
+constexpr std::array<std::string_view, static_cast<size_t>(Call::Count_)> kNames = {
+    "acutNewRb",      "acutBuildList", "acdbOpenObject", "acdbGetObjectId",
+    "acdbGetAdsName", "acdbHandEnt",   "acdbEntGet",     "acdbEntDel",
+    "acdbEntMakeX",   "acdbEntMod",    "acdbEntLast",    "acdbEntNext",
+    "acdbRegApp",     "acdbTblSearch", "acdbDisToF",     "acedGetVar",
+    "acedSetVar",     "acedTrans",     "acedSSAdd",      "acedSSName",
+    "xData",          "setXData",      "upgradeOpen",    "erase"};
+
+struct Fault {
+    size_t call = kNames.size();
+    int nth = 0;
+    int status = 0;
+    int calls = 0;
+    bool fired = false;
+};
+
+Fault armed;
+
+}  // namespace
+
+bool faults_armed = false;
+
+bool countCall(Call call, int& status) {
+    if (static_cast<size_t>(call) != armed.call) return false;
+    if (++armed.calls != armed.nth) return false;
+    armed.fired = true;
+    status = armed.status;
+    return true;
+}
+
+namespace testing {
+
+std::vector<std::string_view> platformCalls() {
+    return {kNames.begin(), kNames.end()};
+}
+
+bool failCall(std::string_view function, int nth, int status) {
+    for (size_t i = 0; i < kNames.size(); ++i) {
+        if (kNames[i] != function) continue;
+        armed = {i, nth, status, 0, false};
+        faults_armed = true;
+        return true;
+    }
+    return false;
+}
+
+bool faultFired() {
+    return armed.fired;
+}
+
+void clearFault() {
+    armed = {};
+    faults_armed = false;
+}
+
+}  // namespace testing
+}  // namespace host
