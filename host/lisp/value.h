@@ -101,7 +101,9 @@ class Value {
     double real() const { return std::bit_cast<double>(bits_ - kRealOffset); }
     /// An integer or real as a real.
     double number() const { return isInteger() ? integer() : real(); }
-    Object* object() const { return std::bit_cast<Object*>(bits_); }
+    Object* object() const {
+        return reinterpret_cast<Object*>(bits_);  // NOLINT(performance-no-int-to-ptr)
+    }
     template <class T>
     T* as() const {
         return static_cast<T*>(object());
