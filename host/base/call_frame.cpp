@@ -44,27 +44,42 @@ resbuf* copyNode(const resbuf* from) {
     return node;
 }
 
-/// The depth of list markers never falls below 0 and ends at 0. A dotted pair closes by RTDOTE, or
-/// has it in front of its last value and closes by RTLE.
-bool markersMatch(const resbuf* chain) {
-    int depth = 0;
-    int open_dots = 0;
-    for (const resbuf* node = chain; node != nullptr; node = node->rbnext) {
-        if (node->restype == RTLB) ++depth;
-        if (node->restype == RTLE) --depth;
-        if (node->restype == RTDOTE) ++open_dots;
-        if (depth < 0) return false;
+/// The markers of a chain. A dotted pair is closed by RTDOTE, or has it in front of its last value
+/// and is closed by RTLE: then there are as many RTLE as RTLB.
+struct Markers {
+    explicit Markers(const resbuf* chain) {
+        int opens = 0;
+        int ends = 0;
+        for (const resbuf* node = chain; node != nullptr; node = node->rbnext) {
+            if (node->restype == RTLB) ++opens;
+            if (node->restype == RTLE) ++ends;
+        }
+        dot_closes = opens != ends;
     }
-    return depth == 0 || depth == open_dots;
+    int change(const resbuf* node) const {
+        if (node->restype == RTLB) return 1;
+        return node->restype == RTLE || (dot_closes && node->restype == RTDOTE) ? -1 : 0;
+    }
+    bool dot_closes = false;
+};
+
+/// The depth of list markers never falls below 0 and ends at 0.
+bool markersMatch(const resbuf* chain) {
+    const Markers markers(chain);
+    int depth = 0;
+    for (const resbuf* node = chain; node != nullptr && depth >= 0; node = node->rbnext) {
+        depth += markers.change(node);
+    }
+    return depth == 0;
 }
 
 /// True when the chain is one list from its first node to its last.
 bool isOneList(const resbuf* chain) {
     if (chain->restype != RTLB) return false;
+    const Markers markers(chain);
     int depth = 0;
     for (const resbuf* node = chain; node != nullptr; node = node->rbnext) {
-        if (node->restype == RTLB) ++depth;
-        if (node->restype == RTLE || node->restype == RTDOTE) --depth;
+        depth += markers.change(node);
         if (depth == 0) return node->rbnext == nullptr;
     }
     return true;

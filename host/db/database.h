@@ -8,6 +8,7 @@
 #ifndef HOST_DB_DATABASE_H
 #define HOST_DB_DATABASE_H
 
+#include <deque>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -279,7 +280,7 @@ class Database {
     std::vector<ObjectRecord> records_;
     HandleMap handles_;
     uint64_t handle_seed_ = 1;
-    std::vector<std::string> type_names_;
+    std::deque<std::string> type_names_;  ///< callers keep references
     std::unordered_map<std::string, uint16_t> types_;
     uint16_t last_type_ = 0;
     bool changed_ = false;

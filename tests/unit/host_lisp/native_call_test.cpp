@@ -140,6 +140,7 @@ TEST_F(NativeCall, returned_lists_in_all_spellings) {
     EXPECT_EQ(comesBack({RTSHORT, RTSHORT}), u"(7 7)");
     EXPECT_EQ(comesBack({RTLB, RTLB, RTSHORT, RTLE, RTLE}), u"((7))");
     EXPECT_EQ(comesBack({RTLB, RTSHORT, RTSHORT, RTDOTE}), u"(7 . 7)");
+    EXPECT_EQ(comesBack({RTLB, RTSHORT, RTDOTE, RTSHORT, RTLE}), u"(7 . 7)");
     EXPECT_EQ(comesBack({RTSHORT, RTLB, RTSHORT, RTDOTE, RTSHORT, RTLE}), u"(7 (7 . 7))");
     EXPECT_EQ(comesBack({RTLB, RTLB, RTSHORT, RTSHORT, RTDOTE, RTLB, RTT, RTNIL, RTDOTE, RTLE}),
               u"((7 . 7) (T))");
