@@ -1,6 +1,5 @@
 /// The console: expressions from the terminal, or plainly from a pipe.
 #include <unistd.h>
-#include <CLI/CLI.hpp>
 
 #include <csignal>
 #include <iostream>
@@ -11,6 +10,7 @@
 #include "host/output.h"
 #include "kz_tls21an/text.h"
 #include "line_editor.h"
+#include "options.h"
 #include "session.h"
 
 namespace console {
@@ -120,11 +120,10 @@ Status start(const SessionOptions& options) {
 
 }  // namespace
 
-Run defineConsole(CLI::App& app) {
+Run defineConsole(Options& line) {
     const auto options = std::make_shared<SessionOptions>();
-    app.add_option("FILE", options->drawing, "Drawing to open; a new one without it")
-        ->type_name("");
-    addSessionOptions(app, *options, false);
+    line.argument("FILE", options->drawing, "Drawing to open; a new one without it");
+    addSessionOptions(line, *options, false);
     return [options] { return start(*options); };
 }
 

@@ -1,21 +1,21 @@
 /// kz eval: expressions from the command line.
-#include <CLI/CLI.hpp>
 #include <memory>
 
 #include "host/output.h"
 #include "kz_tls21an/text.h"
+#include "options.h"
 #include "session.h"
 
 namespace console {
 
 namespace {
 
-struct Options {
+struct EvalOptions {
     SessionOptions session;
     std::vector<std::string> expressions;
 };
 
-Status evaluate(const Options& options) {
+Status evaluate(const EvalOptions& options) {
     Status status = openSession(options.session);
     const Interruptible interruptible;
     for (size_t i = 0; status == kDone && i < options.expressions.size(); ++i) {
@@ -30,13 +30,11 @@ Status evaluate(const Options& options) {
 
 }  // namespace
 
-Run defineEval(CLI::App& app) {
-    const auto options = std::make_shared<Options>();
-    addSessionOptions(app, options->session, true);
-    app.add_option("EXPR", options->expressions,
-                   "Expressions; each may hold several, and the value of its last one is printed")
-        ->required()
-        ->type_name("");
+Run defineEval(Options& line) {
+    const auto options = std::make_shared<EvalOptions>();
+    addSessionOptions(line, options->session, true);
+    line.arguments("EXPR", options->expressions,
+                   "Expressions; each may hold several, and the value of its last one is printed");
     return [options] { return evaluate(*options); };
 }
 

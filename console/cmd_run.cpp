@@ -1,20 +1,20 @@
 /// kz run: scripts.
-#include <CLI/CLI.hpp>
 #include <memory>
 
 #include "host/output.h"
+#include "options.h"
 #include "session.h"
 
 namespace console {
 
 namespace {
 
-struct Options {
+struct RunOptions {
     SessionOptions session;
     std::vector<std::string> scripts;
 };
 
-Status load(const Options& options) {
+Status load(const RunOptions& options) {
     Status status = openSession(options.session);
     const Interruptible interruptible;
     for (size_t i = 0; status == kDone && i < options.scripts.size(); ++i) {
@@ -27,12 +27,10 @@ Status load(const Options& options) {
 
 }  // namespace
 
-Run defineRun(CLI::App& app) {
-    const auto options = std::make_shared<Options>();
-    addSessionOptions(app, options->session, true);
-    app.add_option("SCRIPT.lsp", options->scripts, "Lisp files, loaded in this order")
-        ->required()
-        ->type_name("");
+Run defineRun(Options& line) {
+    const auto options = std::make_shared<RunOptions>();
+    addSessionOptions(line, options->session, true);
+    line.arguments("SCRIPT.lsp", options->scripts, "Lisp files, loaded in this order");
     return [options] { return load(*options); };
 }
 

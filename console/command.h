@@ -3,12 +3,11 @@
 #define CONSOLE_COMMAND_H
 
 #include <functional>
-
-namespace CLI {
-class App;
-}
+#include <vector>
 
 namespace console {
+
+class Options;
 
 /// Exit status of the program.
 enum Status : int {
@@ -22,9 +21,30 @@ enum Status : int {
 using Run = std::function<Status()>;
 
 /// Each adds the options of a command to its parser and gives what runs.
-Run defineConsole(CLI::App& app);
-Run defineEval(CLI::App& app);
-Run defineRun(CLI::App& app);
+Run defineConsole(Options& options);
+Run defineEval(Options& options);
+Run defineRun(Options& options);
+
+/// A row of the table of commands.
+struct Command {
+    const char* name;
+    const char* help;
+    Run (*define)(Options&);
+};
+
+/// The program as its command line shows it.
+struct Program {
+    const char* name;
+    const char* about;
+    const char* version;
+    const char* details;      ///< behind the list of options, of the program only
+    const char* footer;       ///< at the end of each help text
+    Run (*define)(Options&);  ///< without a command
+    std::vector<Command> commands;
+};
+
+/// Parses the command line and runs what it asks for. @return the exit status
+int parseAndRun(int argc, char** argv, const Program& program);
 
 }  // namespace console
 

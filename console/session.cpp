@@ -1,7 +1,8 @@
 /// What all commands that evaluate share.
 #include "session.h"
 
-#include <CLI/CLI.hpp>
+#include "options.h"
+
 #include <csignal>
 #include <filesystem>
 #include <fstream>
@@ -68,16 +69,13 @@ extern "C" void onInterrupt(int) {
 
 }  // namespace
 
-void addSessionOptions(CLI::App& app, SessionOptions& options, bool withFiles) {
+void addSessionOptions(Options& line, SessionOptions& options, bool withFiles) {
     if (withFiles) {
-        app.add_option("-d,--drawing", options.drawing, "Drawing to open; a new one without it")
-            ->type_name("FILE");
-        app.add_option("-s,--save", options.target, "Save the drawing here when all has succeeded")
-            ->type_name("FILE");
+        line.file("-d,--drawing", options.drawing, "Drawing to open; a new one without it");
+        line.file("-s,--save", options.target, "Save the drawing here when all has succeeded");
     }
-    app.add_option("--input", options.input, "Text file whose lines answer prompts")
-        ->type_name("FILE");
-    app.add_flag("--no-suite", options.noSuite, "Do without the suite's services");
+    line.file("--input", options.input, "Text file whose lines answer prompts");
+    line.flag("--no-suite", options.noSuite, "Do without the suite's services");
 }
 
 Status openSession(const SessionOptions& options) {

@@ -19,7 +19,7 @@ struct SessionOptions {
 };
 
 /// Adds --input and --no-suite to a command, and with `withFiles` -d and -s.
-void addSessionOptions(CLI::App& app, SessionOptions& options, bool withFiles);
+void addSessionOptions(Options& line, SessionOptions& options, bool withFiles);
 
 /// Loads the library and opens the drawing. What fails is said on standard error.
 Status openSession(const SessionOptions& options);
