@@ -2,6 +2,7 @@
 #ifndef KZ_ZAGLAID_H
 #define KZ_ZAGLAID_H
 
+#include "kz/kz_diag.h"
 #include "kz/kz_error.h"
 #include "kz/kz_fldcnv.h"
 #include "kz/kz_point_cnv.h"
