@@ -7,6 +7,7 @@
 #include "kz/kz_fldcnv.h"
 #include "kz/kz_point_cnv.h"
 #include "kz/kz_rb.h"
+#include "kz/kz_services.h"
 #include "kz/kz_xdata.h"
 
 #endif
