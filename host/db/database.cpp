@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "base/resbuf.h"
+#include "db/links.h"
 #include "host/counters.h"
 #include "kz_tls21an/text.h"
 
@@ -64,6 +65,7 @@ Database::Database() : records_(1) {
 }
 
 Database::~Database() {
+    if (links_ != nullptr) announceClosing(*this);
     for (ObjectRecord& record : records_) {
         open_objects -= record.readers + (record.writer ? 1 : 0);
         delete record.object;
@@ -222,6 +224,7 @@ XData& Database::xdata(Slot slot) {
 void Database::touch(Slot slot) {
     records_[slot].changed = true;
     changed_ = true;
+    if (links_ != nullptr) notify(slot, nullptr);
 }
 
 void Database::touchTags(Slot slot) {
@@ -287,6 +290,7 @@ void Database::setErased(Slot slot, bool erased) {
         owner->changed = true;
         touchTags(record.owner);
     }
+    if (links_ != nullptr) notify(slot, &erased);
     if (record.object_class != ObjectClass::Entity) return;
     const Block* block = findBlock(record.owner);
     if (block == nullptr) return;

@@ -23,6 +23,8 @@
 
 namespace host {
 
+struct DatabaseLinks;
+
 using Slot = uint32_t;
 /// No object. Slot 0 is never used.
 constexpr Slot kNoSlot = 0;
@@ -136,6 +138,15 @@ class Database {
     void nameOf(Slot slot, ads_name name) const;
     /// The id behind a name; null for a name that is none.
     static AcDbObjectId idFromName(const ads_name name);
+
+    // --- what stands around ---------------------------------------------------------------------
+
+    /// The platform's view of this drawing.
+    AcDbDatabase* facade();
+    /// The drawing behind the platform's view; NULL for one that holds none.
+    static Database* of(const AcDbDatabase* facade);
+    /// Attached drawings, observers and the drawing that this one is attached to.
+    DatabaseLinks& links();
 
     // --- object table ---------------------------------------------------------------------------
 
@@ -274,6 +285,10 @@ class Database {
     bool isInCurrentSpace(Slot block_record) const;
 
     friend class DatabaseList;
+    friend class ::AcDbDatabase;
+    /// Tells the observers of an object; `erased` NULL for a change.
+    void notify(Slot slot, const bool* erased);
+    std::unique_ptr<DatabaseLinks> links_;
     uint16_t index_ = 0;
     uint16_t generation_ = 0;
 

@@ -11,6 +11,10 @@ AcDbObjectId AcDbObject::objectId() const {
     return database_ == nullptr ? AcDbObjectId{} : database_->idOf(slot_);
 }
 
+AcDbDatabase* AcDbObject::database() const {
+    return database_ == nullptr ? nullptr : database_->facade();
+}
+
 Acad::ErrorStatus AcDbObject::close() {
     return database_ == nullptr ? Acad::eNoDatabase : database_->close(slot_);
 }

@@ -4,6 +4,9 @@
 #ifndef ACAD_DB_H
 #define ACAD_DB_H
 
+#include <memory>
+#include <string>
+
 #include "acad/ads.h"
 #include "acad/ge.h"
 
@@ -54,6 +57,7 @@ namespace AcDb {
 enum OpenMode { kForRead = 0, kForWrite = 1, kForNotify = 2 };
 }
 
+class AcDbDatabase;
 class AcDbObject;
 
 /// Id of a database object: leads to a slot of its database's object table. Valid as long as that
@@ -81,6 +85,8 @@ class ACAD_API AcDbObject {
     AcDbObject& operator=(const AcDbObject&) = delete;
 
     AcDbObjectId objectId() const;
+    /// The drawing that holds the object; lent.
+    AcDbDatabase* database() const;
     /// Ends this opening. @return eOk; the status of a close without an open otherwise
     Acad::ErrorStatus close();
     /// From read to write: eWasOpenForRead when others read too, eOnLockedLayer for an entity
@@ -121,6 +127,71 @@ class ACAD_API AcDbEntity : public AcDbObject {
     friend class host::Database;
     AcDbEntity() = default;
 };
+
+/// A handle: the number that names an object in its drawing for good.
+class AcDbHandle {
+  public:
+    AcDbHandle() = default;
+    explicit AcDbHandle(uint64_t value) : value_(value) {}
+    /// From a text of up to 16 hexadecimal digits; any other text gives the null handle.
+    ACAD_API explicit AcDbHandle(const ACHAR* text);
+    bool isNull() const { return value_ == 0; }
+    uint64_t value() const { return value_; }
+
+  private:
+    uint64_t value_ = 0;
+};
+
+/// A drawing. Any number of them live side by side; the one in the editor and those that are
+/// attached to another are the host's own and lent, those that somebody constructs are his.
+class ACAD_API AcDbDatabase {
+  public:
+    /// With `buildDefaultDrawing` a new empty drawing, otherwise nothing at all until dxfIn.
+    /// `noDocument` is of no account here: such a drawing never gets into the editor.
+    explicit AcDbDatabase(bool buildDefaultDrawing = true, bool noDocument = false);
+    ~AcDbDatabase();
+    AcDbDatabase(const AcDbDatabase&) = delete;
+    AcDbDatabase& operator=(const AcDbDatabase&) = delete;
+
+    /// Reads a DXF file. Nothing is logged. @return eNotApplicable when there is a drawing already,
+    /// eFileNotFound, eFileAccessErr, eBadDxfSequence for a file that is no drawing
+    Acad::ErrorStatus dxfIn(const ACHAR* path, const ACHAR* log = nullptr);
+    /// Writes the drawing in the version that it was read in, whatever `version` asks for; with
+    /// `backup` a file that is there is kept under the extension ".bak". A drawing without a file
+    /// takes this one for its own. @return eNoDatabase without a drawing, eInvalidInput without a
+    /// name, eFileAccessErr; the file is then as it was
+    Acad::ErrorStatus saveAs(const ACHAR* path, bool backup = true, int version = 31);
+    /// The file that the drawing was read from or first saved to, lent until the next call.
+    /// @return eFileNotFound when there is none; `name` is then NULL
+    Acad::ErrorStatus getFilename(const ACHAR*& name) const;
+    /// The object with this handle, erased ones too. An unknown handle is never entered.
+    /// @return eNullHandle, eUnknownHandle; `id` is then as it was
+    Acad::ErrorStatus getAcDbObjectId(AcDbObjectId& id, bool createIfNotFound,
+                                      const AcDbHandle& handle) const;
+    /// Switches undo recording; stays until it is switched back.
+    void disableUndoRecording(bool disable);
+    bool undoRecording() const { return !undo_disabled_; }
+    /// The record of the block under which this drawing is attached to another; null when it isn't.
+    AcDbObjectId xrefBlockId() const;
+
+  private:
+    friend class host::Database;
+    explicit AcDbDatabase(host::Database& drawing);
+    std::unique_ptr<host::Database> own_;  ///< of one that somebody constructed
+    host::Database* drawing_ = nullptr;
+    bool undo_disabled_ = false;
+    mutable std::u16string file_name_;
+};
+
+/// What the platform's environment offers to the database.
+class ACAD_API AcDbHostApplicationServices {
+  public:
+    /// The drawing in the editor; NULL when there is none.
+    AcDbDatabase* workingDatabase() const;
+};
+
+/// The services; always there.
+ACAD_API AcDbHostApplicationServices* acdbHostApplicationServices();
 
 /// Opens an object. @return eNullObjectId, ePermanentlyErased (an id of a closed database or none),
 /// eWasErased unless `openErased`, eWasOpenForWrite, eWasOpenForRead (somebody reads what should be
