@@ -19,6 +19,10 @@ namespace host {
 namespace {
 
 constexpr std::string_view kTwinSuffix = "_li";
+/// What a module may export to hear that it was loaded, and the message that says so.
+constexpr std::string_view kEntryPoint = "acrxEntryPoint";
+constexpr int kInitialize = 1;
+using EntryPoint = int (*)(int message, void* data);
 
 /// The parts of a library's dynamic section that describe its symbols.
 struct DynamicSymbols {
@@ -106,7 +110,9 @@ bool loadModule(const std::string& path, std::string& error, int* count) {
         return false;
     }
     int defined = 0;
+    EntryPoint entry = nullptr;
     const bool readable = forEachExport(handle, [&](std::string_view name, void* address) {
+        if (name == kEntryPoint) entry = reinterpret_cast<EntryPoint>(address);
         if (!name.ends_with(kTwinSuffix) || name.size() == kTwinSuffix.size()) return;
         name.remove_suffix(kTwinSuffix.size());
         defineNative(kz::toUtf16(name), reinterpret_cast<int (*)()>(address));
@@ -115,6 +121,10 @@ bool loadModule(const std::string& path, std::string& error, int* count) {
     if (!readable) {
         error = path + ": no dynamic symbols";
         dlclose(handle);
+        return false;
+    }
+    if (entry != nullptr && entry(kInitialize, nullptr) != 0) {
+        error = path + ": the module refuses to start";
         return false;
     }
     if (count) *count = defined;
