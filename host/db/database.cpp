@@ -221,7 +221,7 @@ XData& Database::xdata(Slot slot) {
 
 void Database::touch(Slot slot) {
     records_[slot].changed = true;
-    changed_ = true;
+    noteChange();
 }
 
 void Database::touchTags(Slot slot) {
@@ -282,7 +282,7 @@ void Database::setErased(Slot slot, bool erased) {
     ObjectRecord& record = records_[slot];
     if (record.erased == erased) return;
     record.erased = erased;
-    changed_ = true;
+    noteChange();
     if (DictionaryData* owner = dictionary(record.owner)) {
         owner->changed = true;
         touchTags(record.owner);

@@ -172,7 +172,10 @@ class Database {
     /// True when anything of the drawing differs from its file.
     bool isChanged() const { return changed_; }
     /// The present state counts as that of the file.
-    void forgetChanges() { changed_ = false; }
+    void forgetChanges() { changed_ = unsaved_ = false; }
+    /// True when something changed since the drawing was read or last saved.
+    bool isUnsaved() const { return unsaved_; }
+    void markSaved() { unsaved_ = false; }
     /// Replaces the data of the applications in `chain`.
     Acad::ErrorStatus setXData(Slot slot, const resbuf* chain);
     /// Erases or brings back an object with its sub-entities.
@@ -267,6 +270,7 @@ class Database {
     void setPath(std::string path) { path_ = std::move(path); }
 
   private:
+    void noteChange() { changed_ = unsaved_ = true; }
     ObjectData& data(Slot slot);
     void makeObject(Slot slot);
     void decodeTags(ObjectRecord& record, ObjectData& data) const;
@@ -284,6 +288,7 @@ class Database {
     std::unordered_map<std::string, uint16_t> types_;
     uint16_t last_type_ = 0;
     bool changed_ = false;
+    bool unsaved_ = false;
 
     std::unordered_map<Slot, std::unique_ptr<Block>> blocks_;
     std::vector<Slot> block_order_;

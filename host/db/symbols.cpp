@@ -161,7 +161,7 @@ void Database::setHeader(std::string_view name, Tag tag) {
     variable->tags.clear();
     variable->tags.push_back(std::move(tag));
     variable->changed = true;
-    changed_ = true;
+    noteChange();
 }
 
 }  // namespace host
