@@ -1,6 +1,6 @@
-/// Trace statements. Level and mask are tested, in this order, before anything is formatted, so a
-/// silent statement costs a call or two. A source that traces defines kTraceSource, the path of its
-/// module as "SRC/RB".
+/// Trace statements. Level and mask are tested, in this order, before anything is evaluated or
+/// formatted, so a silent statement costs two reads. A source that traces defines kTraceSource, the
+/// path of its module as "SRC/RB".
 #ifndef SRC_TRACE_H
 #define SRC_TRACE_H
 

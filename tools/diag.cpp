@@ -12,13 +12,17 @@
 #include "open_file.h"
 
 kz_Char KZ_DiagMsgBuf[KZ_DIAG_BUFFER_SIZE];
+int16_t KZ_DiagLevel = -1;
+int32_t KZ_DiagCondition = 0;
 
 namespace {
 
 constexpr size_t fileNameLimit = 255;
 
-int16_t currentLevel = -1;
-int32_t currentMask = 0;
+// Callers that were compiled without the inline functions find them in the library.
+[[gnu::used]] constexpr auto getLevel = &kz_Diag_getLevel;
+[[gnu::used]] constexpr auto getCondition = &kz_Diag_getCondition;
+
 int currentOption = KZ_DIAG_OUTPUT_STDERR;
 std::FILE* currentFile = nullptr;
 kz_Char currentFileName[fileNameLimit + 1];
@@ -51,33 +55,7 @@ void putLine(std::u16string_view message, const char* source, int line) {
     }
 }
 
-}  // namespace
-
-int16_t kz_Diag_getLevel(void) {
-    return currentLevel;
-}
-
-int32_t kz_Diag_getCondition(void) {
-    return currentMask;
-}
-
-int16_t kz_Diag_setLevel(int16_t level) {
-    const int16_t before = currentLevel;
-    currentLevel = level;
-    return before;
-}
-
-int32_t kz_Diag_setCondition(int32_t mask) {
-    const int32_t before = currentMask;
-    currentMask = mask;
-    return before;
-}
-
-void kz_Diag_putOutputMsg(const kz_Char* message, const char* source, int line) {
-    kz_Diag_putOutput(-1, message, source, line);
-}
-
-void kz_Diag_putOutput(int count, const kz_Char* buffer, const char* source, int line) {
+void putText(int count, const kz_Char* buffer, const char* source, int line) {
     try {
         const size_t length =
             count < 0 || !buffer ? kz_Str_len(buffer) : static_cast<size_t>(count);
@@ -87,16 +65,7 @@ void kz_Diag_putOutput(int count, const kz_Char* buffer, const char* source, int
     }
 }
 
-kz_Char* kz_Diag_getDiagMsgBuf(void) {
-    return KZ_DiagMsgBuf;
-}
-
-int kz_Diag_getOutput(kz_Char* buffer) {
-    kz_Str_ncpy(buffer, currentFileName, fileNameLimit);
-    return currentOption;
-}
-
-int kz_Diag_setOutput(int option, const kz_Char* fileName) {
+int selectOutput(int option, const kz_Char* fileName) {
     if (option < KZ_DIAG_OUTPUT_NONE || option > KZ_DIAG_OUTPUT_HANDLER) return 0;
     const bool hasFile = option == KZ_DIAG_OUTPUT_FILE || option == KZ_DIAG_OUTPUT_APPEND;
     std::FILE* file = nullptr;
@@ -116,10 +85,57 @@ int kz_Diag_setOutput(int option, const kz_Char* fileName) {
     return 1;
 }
 
+}  // namespace
+
+int16_t kz_Diag_setLevel(int16_t level) {
+    const int16_t before = KZ_DiagLevel;
+    KZ_DiagLevel = level;
+    return before;
+}
+
+int32_t kz_Diag_setCondition(int32_t mask) {
+    const int32_t before = KZ_DiagCondition;
+    KZ_DiagCondition = mask;
+    return before;
+}
+
+void kz_tls_Diag_putOutputMsg(const kz_Char* message, const char* source, int line) {
+    putText(-1, message, source, line);
+}
+
+void kz_tls_Diag_putOutput(int count, const kz_Char* buffer, const char* source, int line) {
+    putText(count, buffer, source, line);
+}
+
+void kz_Diag_putOutputMsg(const kz_Char* message, const char* source, int line) {
+    putText(-1, message, source, line);
+}
+
+void kz_Diag_putOutput(int count, const kz_Char* buffer, const char* source, int line) {
+    putText(count, buffer, source, line);
+}
+
+kz_Char* kz_Diag_getDiagMsgBuf(void) {
+    return KZ_DiagMsgBuf;
+}
+
+int kz_Diag_getOutput(kz_Char* buffer) {
+    kz_Str_ncpy(buffer, currentFileName, fileNameLimit);
+    return currentOption;
+}
+
+int kz_tls_Diag_setOutput(int option, const kz_Char* fileName) {
+    return selectOutput(option, fileName);
+}
+
+int kz_Diag_setOutput(int option, const kz_Char* fileName) {
+    return selectOutput(option, fileName);
+}
+
 void kz_Diag_disable(void) {
-    currentLevel = -1;
-    currentMask = 0;
-    kz_Diag_setOutput(KZ_DIAG_OUTPUT_STDERR, nullptr);
+    KZ_DiagLevel = -1;
+    KZ_DiagCondition = 0;
+    selectOutput(KZ_DIAG_OUTPUT_STDERR, nullptr);
 }
 
 kz_DiagHandler kz_Diag_setHandler(kz_DiagHandler handler) {

@@ -7,6 +7,7 @@
 #include "acad/ads.h"
 #include "acad/db.h"
 #include "acad/ge.h"
+#include "acad/rx.h"
 #include "kz_tls21an/diag.h"
 #include "kz_tls21an/fldlist.h"
 #include "kz_tls21an/format.h"
@@ -18,6 +19,7 @@
 #include "kz_tls21an/pointlist.h"
 #include "kz_tls21an/str.h"
 #include "kz_tls21an/strlist.h"
+#include "kz_tls21an/text.h"
 #include "kz_tls21an/vector.h"
 
 #if defined(_WIN32)

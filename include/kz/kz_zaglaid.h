@@ -2,9 +2,12 @@
 #ifndef KZ_ZAGLAID_H
 #define KZ_ZAGLAID_H
 
+#include "kz/kz_diag.h"
+#include "kz/kz_error.h"
 #include "kz/kz_fldcnv.h"
 #include "kz/kz_point_cnv.h"
 #include "kz/kz_rb.h"
+#include "kz/kz_services.h"
 #include "kz/kz_xdata.h"
 
 #endif

@@ -25,10 +25,18 @@ extern "C" {
 /// The shared message buffer, KZ_DIAG_BUFFER_SIZE characters, overwritten by the next statement.
 KZ_TLS_API extern kz_Char KZ_DiagMsgBuf[KZ_DIAG_BUFFER_SIZE];
 
+/// What the two functions below give; only for them, so that a silent statement needs no call.
+KZ_TLS_API extern int16_t KZ_DiagLevel;
+KZ_TLS_API extern int32_t KZ_DiagCondition;
+
 /// The level; starts at -1, at which nothing speaks.
-KZ_TLS_API int16_t kz_Diag_getLevel(void);
+KZ_TLS_API inline int16_t kz_Diag_getLevel(void) {
+    return KZ_DiagLevel;
+}
 /// The condition mask; starts at 0.
-KZ_TLS_API int32_t kz_Diag_getCondition(void);
+KZ_TLS_API inline int32_t kz_Diag_getCondition(void) {
+    return KZ_DiagCondition;
+}
 /// Sets the level. @return the level before
 KZ_TLS_API int16_t kz_Diag_setLevel(int16_t level);
 /// Sets the mask. @return the mask before
@@ -50,6 +58,14 @@ KZ_TLS_API int kz_Diag_setOutput(int option, const kz_Char* fileName);
 KZ_TLS_API void kz_Diag_disable(void);
 /// The receiver of option 4; NULL takes it away. @return the receiver before
 KZ_TLS_API kz_DiagHandler kz_Diag_setHandler(kz_DiagHandler handler);
+
+// A library above this one may export kz_Diag_putOutputMsg, kz_Diag_putOutput and kz_Diag_setOutput
+// once more. Those names then lead to the library that the loader finds first; these lead here.
+
+KZ_TLS_API void kz_tls_Diag_putOutputMsg(const kz_Char* message, const char* source, int line);
+KZ_TLS_API void kz_tls_Diag_putOutput(int count, const kz_Char* buffer, const char* source,
+                                      int line);
+KZ_TLS_API int kz_tls_Diag_setOutput(int option, const kz_Char* fileName);
 }
 
 #endif
