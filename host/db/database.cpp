@@ -288,13 +288,17 @@ void Database::setErased(Slot slot, bool erased) {
         touchTags(record.owner);
     }
     if (record.object_class != ObjectClass::Entity) return;
-    const Block* block = findBlock(record.owner);
+    Block* block = findBlock(record.owner);
     if (block == nullptr) return;
-    for (size_t i = record.position + 1; i < block->contents.size(); ++i) {
-        ObjectRecord& part = records_[block->contents[i]];
+    size_t end = record.position + 1;
+    for (; end < block->contents.size(); ++end) {
+        ObjectRecord& part = records_[block->contents[end]];
         if (part.object_class != ObjectClass::SubEntity) break;
         part.erased = erased;
     }
+    if (erased) return;
+    block->living_begin = std::min<size_t>(block->living_begin, record.position);
+    block->living_end = std::max(block->living_end, end);
 }
 
 // --- open and close -----------------------------------------------------------------------------

@@ -72,6 +72,10 @@ struct Block {
     Slot begin = kNoSlot;
     Slot end = kNoSlot;
     std::vector<Slot> contents;  ///< entities and sub-entities in drawing order, erased ones too
+    /// What stands outside of [living_begin, living_end) is erased, so that programs which erase
+    /// the first or the last entity again and again don't walk over all that they erased before.
+    size_t living_begin = 0;
+    size_t living_end = 0;
 };
 
 /// A symbol table.

@@ -78,12 +78,14 @@ class FaultSuites : public testing::TestWithParam<std::string> {
     static bool survives(const std::string& form, std::string_view call, int nth) {
         const int64_t open = host::openObjectCount();
         const int64_t nodes = host::resbufCount();
+        const int64_t records = kz_Record_count();
         host::testing::failCall(call, nth, call.starts_with("aced") ? RTERROR : 6);
         host::evalLisp(kz::toUtf16(form));
         const bool fired = host::testing::faultFired();
         host::testing::clearFault();
         EXPECT_EQ(host::openObjectCount(), open) << call << " number " << nth << " in " << form;
         EXPECT_EQ(host::resbufCount(), nodes) << call << " number " << nth << " in " << form;
+        EXPECT_EQ(kz_Record_count(), records) << call << " number " << nth << " in " << form;
         return fired;
     }
 };
