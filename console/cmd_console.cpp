@@ -5,8 +5,10 @@
 #include <iostream>
 #include <memory>
 #include <optional>
+#include <sstream>
 
 #include "expression_scanner.h"
+#include "host/drawing.h"
 #include "host/output.h"
 #include "kz_tls21an/text.h"
 #include "line_editor.h"
@@ -62,8 +64,59 @@ void freshLine() {
     host::flush();
 }
 
-Status talk() {
+/// Words that are typed plainly: saving and leaving.
+class PlainWords {
+  public:
+    explicit PlainWords(std::string path) : path_(std::move(path)) {}
+
+    /// Does what the text asks for. False for a text that is Lisp.
+    bool take(const std::string& text) {
+        std::istringstream words(text);
+        std::string word, argument;
+        words >> word >> std::ws;
+        std::getline(words, argument);
+        if (word == "qsave" && argument.empty()) {
+            save(path_);
+        } else if (word == "saveas") {
+            save(argument);
+        } else if (word == "quit" && argument.empty()) {
+            quit();
+        } else {
+            return false;
+        }
+        return true;
+    }
+    bool done() const { return done_; }
+
+  private:
+    void save(const std::string& path) {
+        std::string error;
+        if (path.empty()) {
+            complain("the drawing has no name yet: saveas FILE");
+        } else if (!host::saveDrawing(path, error)) {
+            complain(error);
+        } else {
+            path_ = path;
+            host::write(host::Channel::Message, kz::toUtf16("saved as " + path + "\n"));
+        }
+    }
+
+    void quit() {
+        done_ = !host::drawingIsUnsaved() || warned_;
+        if (!done_) {
+            complain("the drawing has unsaved changes: qsave keeps them, a second quit drops them");
+        }
+        warned_ = true;
+    }
+
+    std::string path_;
+    bool warned_ = false;
+    bool done_ = false;
+};
+
+Status talk(const std::string& path) {
     LineEditor editor;
+    PlainWords words(path);
     host::setLispLineSource([&editor]() -> std::optional<std::u16string> {
         std::string line;
         freshLine();
@@ -83,12 +136,16 @@ Status talk() {
             continue;
         }
         editor.remember(*text);
+        if (words.take(*text)) {
+            if (words.done()) break;
+            continue;
+        }
         const host::LispOutcome outcome = evaluate(*text);
         freshLine();
         if (!outcome.handled) report(outcome);
         host::flush();
     }
-    host::write(host::Channel::Lisp, u"\n");
+    if (!words.done()) host::write(host::Channel::Lisp, u"\n");
     host::setLispLineSource({});
     return kDone;
 }
@@ -113,7 +170,7 @@ Status readPlainly() {
 
 Status start(const SessionOptions& options) {
     Status status = openSession(options);
-    if (status == kDone) status = isatty(STDIN_FILENO) ? talk() : readPlainly();
+    if (status == kDone) status = isatty(STDIN_FILENO) ? talk(options.drawing) : readPlainly();
     host::flush();
     return status;
 }

@@ -23,9 +23,7 @@ Status evaluate(const EvalOptions& options) {
         status = report(outcome);
         if (outcome.ok()) showValue(outcome.value);
     }
-    if (status == kDone) status = saveSession(options.session);
-    host::flush();
-    return status;
+    return closeSession(options.session, status);
 }
 
 }  // namespace

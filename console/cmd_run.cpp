@@ -20,9 +20,7 @@ Status load(const RunOptions& options) {
     for (size_t i = 0; status == kDone && i < options.scripts.size(); ++i) {
         status = report(host::loadLisp(options.scripts[i]));
     }
-    if (status == kDone) status = saveSession(options.session);
-    host::flush();
-    return status;
+    return closeSession(options.session, status);
 }
 
 }  // namespace

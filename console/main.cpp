@@ -7,7 +7,8 @@ namespace {
 const char kConsole[] =
     "Without a command: a console on FILE, or on a new drawing. When standard input is no "
     "terminal,\n"
-    "expressions are read from it, and the first error ends the program.\n";
+    "expressions are read from it, and the first error ends the program. In the console, qsave\n"
+    "and saveas FILE save the drawing, quit leaves.\n";
 const char kStatus[] =
     "Exit status: 0 done, 1 a Lisp error, 2 wrong usage, 3 a file that can't be read or written.";
 

@@ -12,6 +12,11 @@ void Options::file(const std::string& names, std::string& target, const std::str
     app_.add_option(names, target, help)->type_name("FILE");
 }
 
+void Options::value(const std::string& names, std::string& target, const std::string& form,
+                    const std::string& help) {
+    app_.add_option(names, target, help)->type_name(form);
+}
+
 void Options::flag(const std::string& names, bool& target, const std::string& help) {
     app_.add_flag(names, target, help);
 }

@@ -19,6 +19,9 @@ class Options {
 
     /// An option with a file name, as "-d,--drawing".
     void file(const std::string& names, std::string& target, const std::string& help);
+    /// An option with another value, shown as `form` in the help.
+    void value(const std::string& names, std::string& target, const std::string& form,
+               const std::string& help);
     /// A flag without a value.
     void flag(const std::string& names, bool& target, const std::string& help);
     /// One argument that may be missing.

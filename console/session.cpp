@@ -1,9 +1,8 @@
 /// What all commands that evaluate share.
 #include "session.h"
 
-#include "options.h"
-
 #include <csignal>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
 #include <memory>
@@ -11,7 +10,10 @@
 #include "host/drawing.h"
 #include "host/module.h"
 #include "host/output.h"
+#include "kz/kz_error.h"
+#include "kz_tls21an/diag.h"
 #include "kz_tls21an/text.h"
+#include "options.h"
 
 namespace console {
 
@@ -61,6 +63,27 @@ bool feedInput(const std::string& path) {
     return true;
 }
 
+/// Lets the trace statements speak that "LEVEL[:MASK]" names; without a mask all subjects.
+bool startTrace(const std::string& wanted) {
+    const char* at = wanted.c_str();
+    char* end = nullptr;
+    const long level = std::strtol(at, &end, 0);
+    long long mask = -1;
+    bool good = end != at && level >= INT16_MIN && level <= INT16_MAX;
+    if (good && *end == ':') {
+        at = end + 1;
+        mask = std::strtoll(at, &end, 0);
+        good = end != at && mask >= INT32_MIN && mask <= UINT32_MAX;
+    }
+    if (!good || *end != '\0') {
+        complain("--trace takes LEVEL or LEVEL:MASK, as 2 or 3:0x400, not \"" + wanted + "\"");
+        return false;
+    }
+    kz_Diag_setLevel(static_cast<int16_t>(level));
+    kz_Diag_setCondition(static_cast<int32_t>(mask));
+    return true;
+}
+
 extern "C" void onInterrupt(int) {
     if (host::interruptLisp()) return;
     std::signal(SIGINT, SIG_DFL);
@@ -75,10 +98,12 @@ void addSessionOptions(Options& line, SessionOptions& options, bool withFiles) {
         line.file("-s,--save", options.target, "Save the drawing here when all has succeeded");
     }
     line.file("--input", options.input, "Text file whose lines answer prompts");
+    line.value("--trace", options.trace, "LEVEL[:MASK]", "Let trace statements speak on stderr");
     line.flag("--no-suite", options.noSuite, "Do without the suite's services");
 }
 
 Status openSession(const SessionOptions& options) {
+    if (!options.trace.empty() && !startTrace(options.trace)) return kWrongUsage;
     if (!loadLibraries(!options.noSuite)) return kFileError;
     if (!options.input.empty() && !feedInput(options.input)) return kFileError;
     if (options.drawing.empty()) {
@@ -91,11 +116,19 @@ Status openSession(const SessionOptions& options) {
     return kFileError;
 }
 
-Status saveSession(const SessionOptions& options) {
+Status closeSession(const SessionOptions& options, Status status) {
     std::string error;
-    if (options.target.empty() || host::saveDrawing(options.target, error)) return kDone;
-    complain(error);
-    return kFileError;
+    if (status == kDone && !options.target.empty() && !host::saveDrawing(options.target, error)) {
+        complain(error);
+        status = kFileError;
+    }
+    if (kz_Error_isOk() != 1) {
+        if (!host::atLineStart(host::Channel::Message)) host::write(host::Channel::Message, u"\n");
+        kz_Error_outputAllToStdErr();
+        kz_Error_clearAll();
+    }
+    host::flush();
+    return status;
 }
 
 void showValue(std::u16string_view value) {

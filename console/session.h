@@ -15,16 +15,18 @@ struct SessionOptions {
     std::string drawing;  ///< empty for a new one
     std::string target;   ///< where the drawing is saved; empty for nowhere
     std::string input;    ///< file with the answers to prompts; empty for none
+    std::string trace;    ///< LEVEL[:MASK]; empty for silence
     bool noSuite = false;
 };
 
-/// Adds --input and --no-suite to a command, and with `withFiles` -d and -s.
+/// Adds --input, --trace and --no-suite to a command, and with `withFiles` -d and -s.
 void addSessionOptions(Options& line, SessionOptions& options, bool withFiles);
 
 /// Loads the library and opens the drawing. What fails is said on standard error.
 Status openSession(const SessionOptions& options);
-/// Saves the drawing where the options want it.
-Status saveSession(const SessionOptions& options);
+/// Saves the drawing where the options want it, unless something has failed, and shows what is on
+/// the error list. @return the status, or that of the save
+Status closeSession(const SessionOptions& options, Status status);
 
 /// Prints a value on a fresh line of standard output; nothing for an empty text.
 void showValue(std::u16string_view value);

@@ -2,6 +2,7 @@
 #include "kz_tls21an/lnklist.h"
 
 #include "lnklist_internal.h"
+#include "record_count.h"
 
 namespace {
 
@@ -46,13 +47,16 @@ int moveTo(kz_LnkList* list, LnkNode* node) {
 
 kz_LnkList* kz_LnkList_create(void) {
     auto* list = static_cast<kz_LnkList*>(kz_Malloc(sizeof(kz_LnkList)));
-    if (list) *list = {nullptr, nullptr, nullptr, 0};
+    if (!list) return nullptr;
+    *list = {nullptr, nullptr, nullptr, 0};
+    ++livingRecords;
     return list;
 }
 
 int kz_LnkList_destroy(kz_LnkList* list, kz_Destructor destructor) {
     if (!kz_LnkList_delAll(list, destructor)) return 0;
     kz_Free(list);
+    --livingRecords;
     return 1;
 }
 
@@ -103,6 +107,7 @@ int kz_LnkList_join(kz_LnkList* list, kz_LnkList* tail) {
         list->length += tail->length;
     }
     kz_Free(tail);
+    --livingRecords;
     return 1;
 }
 

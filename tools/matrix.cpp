@@ -3,6 +3,7 @@
 
 #include "geometry_internal.h"
 #include "kz_tls21an/memory.h"
+#include "record_count.h"
 
 namespace {
 
@@ -22,10 +23,12 @@ double* originElement(kz_TMatrix& matrix, int row) {
 kz_RotMatrix* kz_RotMatrix_create(void) {
     auto* matrix = static_cast<kz_RotMatrix*>(kz_Malloc(sizeof(kz_RotMatrix)));
     kz_RotMatrix_setIdentity(matrix);
+    if (matrix) ++livingRecords;
     return matrix;
 }
 
 void kz_RotMatrix_destroy(kz_RotMatrix* matrix) {
+    if (matrix) --livingRecords;
     kz_Free(matrix);
 }
 
@@ -69,10 +72,12 @@ int kz_RotMatrix_isIdentity(const kz_RotMatrix* matrix) {
 kz_TMatrix* kz_TMatrix_create(void) {
     auto* matrix = static_cast<kz_TMatrix*>(kz_Malloc(sizeof(kz_TMatrix)));
     kz::store(matrix, kz_TMatrix{{0.0, 0.0, 0.0}, identity});
+    if (matrix) ++livingRecords;
     return matrix;
 }
 
 void kz_TMatrix_destroy(kz_TMatrix* matrix) {
+    if (matrix) --livingRecords;
     kz_Free(matrix);
 }
 

@@ -3,6 +3,10 @@
 
 #include <cstdlib>
 
+#include "record_count.h"
+
+int64_t livingRecords = 0;
+
 namespace {
 
 /// Calls up to and with the first one that fails; 0 without a shortage. It stays at 1 once reached.
@@ -27,4 +31,8 @@ void kz_Free(void* block) {
 
 void kz_Malloc_failFrom(size_t count) {
     callsToShortage = count;
+}
+
+int64_t kz_Record_count(void) {
+    return livingRecords;
 }

@@ -6,6 +6,7 @@
 
 #include "kz_tls21an/memory.h"
 #include "kz_tls21an/str.h"
+#include "record_count.h"
 #include "strlist_internal.h"
 
 struct kz_StrList {
@@ -86,6 +87,7 @@ kz_StrList* kz_StrList_create(const kz_Char* first, const kz_Char* /*end*/) {
     auto* list = static_cast<kz_StrList*>(kz_Malloc(sizeof(kz_StrList)));
     if (!list) return nullptr;
     *list = {nullptr, 0, 0, -1};
+    ++livingRecords;
     if (first && !kz_StrList_insEnd(list, first)) {
         kz_StrList_destroy(list);
         return nullptr;
@@ -97,6 +99,7 @@ int kz_StrList_destroy(kz_StrList* list) {
     if (!kz_StrList_delAll(list)) return 0;
     kz_Free(list->entries);
     kz_Free(list);
+    --livingRecords;
     return 1;
 }
 

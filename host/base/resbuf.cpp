@@ -5,9 +5,7 @@
 #include "base/faults.h"
 
 #include <cstring>
-#include <memory>
 #include <new>
-#include <vector>
 
 #include "host/counters.h"
 #include "kz_tls21an/memory.h"
@@ -67,29 +65,31 @@ class Pool {
 
   private:
     bool grow() {
-        auto chunk = std::unique_ptr<Node[]>(new (std::nothrow) Node[kChunkNodes]);
+        auto* chunk = new (std::nothrow) Chunk;
         if (chunk == nullptr) return false;
+        chunk->next = chunks_;
+        chunks_ = chunk;
         for (size_t i = kChunkNodes; i-- > 0;) {
-            Node* node = &chunk[i];
+            Node* node = &chunk->nodes[i];
             node->stamp = 0;
             node->next_free = free_;
             free_ = node;
             HOST_POISON(&node->visible, sizeof node->visible);
         }
-        chunks_.push_back(std::move(chunk));
         return true;
     }
 
-    std::vector<std::unique_ptr<Node[]>> chunks_;
+    struct Chunk {
+        Chunk* next;
+        Node nodes[kChunkNodes];
+    };
+    Chunk* chunks_ = nullptr;  // live as long as the process: static objects may still release
     Node* free_ = nullptr;
     uint32_t last_stamp_ = 0;
     int64_t out_ = 0;
 };
 
-Pool& pool() {
-    static Pool* const the_pool = new Pool;  // outlives every static object that may still release
-    return *the_pool;
-}
+constinit Pool the_pool;
 
 Node* nodeOf(resbuf* visible) {
     return reinterpret_cast<Node*>(visible);
@@ -126,7 +126,7 @@ bool isPoint2d(const resbuf* node) {
 }
 
 int64_t resbufCount() {
-    return pool().out();
+    return the_pool.out();
 }
 
 }  // namespace host
@@ -135,7 +135,7 @@ extern "C" {
 
 resbuf* acutNewRb(int restype) {
     if (host::mustFail(host::Call::acutNewRb)) return nullptr;
-    host::Node* node = host::pool().take();
+    host::Node* node = host::the_pool.take();
     if (node == nullptr) return nullptr;
     std::memset(&node->visible, 0, sizeof node->visible);
     node->visible.restype = static_cast<int16_t>(restype);
@@ -150,7 +150,7 @@ int acutRelRb(resbuf* chain) {
         if (host::valueKind(chain->restype) == host::ValueKind::Text) {
             kz_Free(chain->resval.rstring);
         }
-        host::pool().giveBack(node);
+        host::the_pool.giveBack(node);
         chain = next;
     }
     return RTNORM;

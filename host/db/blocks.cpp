@@ -1,4 +1,6 @@
 /// Blocks, their contents and the walk over entities.
+#include <algorithm>
+
 #include "db/database.h"
 
 namespace host {
@@ -39,25 +41,32 @@ void Database::appendEntity(Slot record, Slot entity) {
     ObjectRecord& object = records_[entity];
     object.position = static_cast<uint32_t>(target.contents.size());
     target.contents.push_back(entity);
+    target.living_end = target.contents.size();
     if (object.object_class == ObjectClass::Entity) object.owner = record;
 }
 
 Slot Database::lastEntity() {
-    const Block* space = findBlock(model_space_);
+    Block* space = findBlock(model_space_);
     if (space == nullptr) return kNoSlot;
-    for (size_t i = space->contents.size(); i-- > 0;) {
+    bool only_erased = true;
+    for (size_t i = space->living_end; i-- > space->living_begin;) {
         const ObjectRecord& object = records_[space->contents[i]];
+        only_erased = only_erased && object.erased;
+        if (only_erased) space->living_end = i;
         if (!object.erased && object.object_class == ObjectClass::Entity) return space->contents[i];
     }
     return kNoSlot;
 }
 
 Slot Database::nextEntity(Slot slot) {
-    const Block* block = slot == kNoSlot ? findBlock(model_space_) : blockOfEntity(slot);
+    Block* block = slot == kNoSlot ? findBlock(model_space_) : blockOfEntity(slot);
     if (block == nullptr) return kNoSlot;
-    size_t i = slot == kNoSlot ? 0 : records_[slot].position + 1;
-    for (; i < block->contents.size(); ++i) {
-        if (!records_[block->contents[i]].erased) return block->contents[i];
+    const size_t from = slot == kNoSlot ? 0 : records_[slot].position + 1;
+    const bool from_start = from <= block->living_begin;
+    for (size_t i = std::max(from, block->living_begin); i < block->living_end; ++i) {
+        if (records_[block->contents[i]].erased) continue;
+        if (from_start) block->living_begin = i;
+        return block->contents[i];
     }
     return kNoSlot;
 }

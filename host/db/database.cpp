@@ -223,7 +223,7 @@ XData& Database::xdata(Slot slot) {
 
 void Database::touch(Slot slot) {
     records_[slot].changed = true;
-    changed_ = true;
+    noteChange();
     if (links_ != nullptr) notify(slot, nullptr);
 }
 
@@ -285,20 +285,24 @@ void Database::setErased(Slot slot, bool erased) {
     ObjectRecord& record = records_[slot];
     if (record.erased == erased) return;
     record.erased = erased;
-    changed_ = true;
+    noteChange();
     if (DictionaryData* owner = dictionary(record.owner)) {
         owner->changed = true;
         touchTags(record.owner);
     }
     if (links_ != nullptr) notify(slot, &erased);
     if (record.object_class != ObjectClass::Entity) return;
-    const Block* block = findBlock(record.owner);
+    Block* block = findBlock(record.owner);
     if (block == nullptr) return;
-    for (size_t i = record.position + 1; i < block->contents.size(); ++i) {
-        ObjectRecord& part = records_[block->contents[i]];
+    size_t end = record.position + 1;
+    for (; end < block->contents.size(); ++end) {
+        ObjectRecord& part = records_[block->contents[end]];
         if (part.object_class != ObjectClass::SubEntity) break;
         part.erased = erased;
     }
+    if (erased) return;
+    block->living_begin = std::min<size_t>(block->living_begin, record.position);
+    block->living_end = std::max(block->living_end, end);
 }
 
 // --- open and close -----------------------------------------------------------------------------

@@ -74,6 +74,10 @@ struct Block {
     Slot begin = kNoSlot;
     Slot end = kNoSlot;
     std::vector<Slot> contents;  ///< entities and sub-entities in drawing order, erased ones too
+    /// What stands outside of [living_begin, living_end) is erased, so that programs which erase
+    /// the first or the last entity again and again don't walk over all that they erased before.
+    size_t living_begin = 0;
+    size_t living_end = 0;
 };
 
 /// A symbol table.
@@ -183,7 +187,10 @@ class Database {
     /// True when anything of the drawing differs from its file.
     bool isChanged() const { return changed_; }
     /// The present state counts as that of the file.
-    void forgetChanges() { changed_ = false; }
+    void forgetChanges() { changed_ = unsaved_ = false; }
+    /// True when something changed since the drawing was read or last saved.
+    bool isUnsaved() const { return unsaved_; }
+    void markSaved() { unsaved_ = false; }
     /// Replaces the data of the applications in `chain`.
     Acad::ErrorStatus setXData(Slot slot, const resbuf* chain);
     /// Erases or brings back an object with its sub-entities.
@@ -278,6 +285,7 @@ class Database {
     void setPath(std::string path) { path_ = std::move(path); }
 
   private:
+    void noteChange() { changed_ = unsaved_ = true; }
     ObjectData& data(Slot slot);
     void makeObject(Slot slot);
     void decodeTags(ObjectRecord& record, ObjectData& data) const;
@@ -299,6 +307,7 @@ class Database {
     std::unordered_map<std::string, uint16_t> types_;
     uint16_t last_type_ = 0;
     bool changed_ = false;
+    bool unsaved_ = false;
 
     std::unordered_map<Slot, std::unique_ptr<Block>> blocks_;
     std::vector<Slot> block_order_;

@@ -5,8 +5,6 @@
 
 namespace host {
 
-using dxf::GroupType;
-
 resbuf* ChainBuilder::add(resbuf* node) {
     failed_ = failed_ || node == nullptr;
     if (node == nullptr) return nullptr;

@@ -158,9 +158,10 @@ void Database::setHeader(std::string_view name, Tag tag) {
         variable->name = upperAscii(name);
         header_index_.emplace(variable->name, headers_.size() - 1);
     }
-    variable->tags.assign(1, std::move(tag));
+    variable->tags.clear();
+    variable->tags.push_back(std::move(tag));
     variable->changed = true;
-    changed_ = true;
+    noteChange();
 }
 
 }  // namespace host

@@ -137,24 +137,36 @@ void writeInteger(int code, int64_t value, std::string& out) {
     out += '\n';
 }
 
-void writeHandle(int code, uint64_t value, std::string& out) {
-    char digits[20];
-    const auto [end, error] = std::to_chars(digits, digits + sizeof digits, value, 16);
-    writeCode(code, out);
-    for (const char* c = digits; c < end; ++c) {
-        out += static_cast<char>(*c >= 'a' ? *c - 'a' + 'A' : *c);
+namespace {
+
+/// Upper case hexadecimal digits of a handle, without leading zeros.
+class HandleDigits {
+  public:
+    explicit HandleDigits(uint64_t handle) {
+        do {
+            digits_[--begin_] = "0123456789ABCDEF"[handle & 0xFU];
+            handle >>= 4U;
+        } while (handle != 0);
     }
+    std::string_view view() const { return {digits_ + begin_, kSize - begin_}; }
+
+  private:
+    static constexpr size_t kSize = 16;
+    char digits_[kSize] = {};
+    size_t begin_ = kSize;
+};
+
+}  // namespace
+
+void writeHandle(int code, uint64_t value, std::string& out) {
+    writeCode(code, out);
+    out += HandleDigits(value).view();
     out += '\n';
 }
 
 std::u16string handleText(uint64_t handle) {
-    char digits[20];
-    const auto [end, error] = std::to_chars(digits, digits + sizeof digits, handle, 16);
-    std::u16string text;
-    for (const char* c = digits; c < end; ++c) {
-        text += static_cast<char16_t>(*c >= 'a' ? *c - 'a' + 'A' : *c);
-    }
-    return text;
+    const HandleDigits digits(handle);
+    return {digits.view().begin(), digits.view().end()};
 }
 
 }  // namespace host

@@ -16,19 +16,60 @@ constexpr size_t kTextLimit = 255;
 /// Longest binary chunk of a 1004 group [hex digits].
 constexpr size_t kHexLimit = 254;
 
-template <class T>
-void appendRaw(PackedXData& items, const T& value) {
-    static_assert(sizeof(T) % sizeof(char16_t) == 0);
-    char16_t units[sizeof(T) / sizeof(char16_t)];
-    std::memcpy(units, &value, sizeof value);
-    items.append(units, sizeof(T) / sizeof(char16_t));
-}
+/// Work space in which items are packed. It asks for room once an item, and keeps what it has.
+class ItemBuffer {
+  public:
+    void clear() { size_ = 0; }
+    size_t size() const { return size_; }
+    std::u16string_view view() const { return {units_.data(), size_}; }
 
-void appendText(PackedXData& items, int code, std::u16string_view text) {
-    items += static_cast<char16_t>(code);
-    items += static_cast<char16_t>(text.size());
-    items += text;
-}
+    /// Makes sure that `count` more units can be added without a further check.
+    void room(size_t count) {
+        if (size_ + count > units_.size()) units_.resize((size_ + count) * 2);
+    }
+    void add(int unit) { units_[size_++] = static_cast<char16_t>(unit); }
+    template <class T>
+    void addRaw(const T& value) {
+        static_assert(sizeof(T) % sizeof(char16_t) == 0);
+        std::memcpy(&units_[size_], &value, sizeof value);
+        size_ += sizeof(T) / sizeof(char16_t);
+    }
+    void addUnits(std::u16string_view text) {
+        if (!text.empty()) std::memcpy(&units_[size_], text.data(), text.size() * sizeof(char16_t));
+        size_ += text.size();
+    }
+    /// A text item of up to 65535 units.
+    void addText(int code, std::u16string_view text) {
+        text = text.substr(0, 0xFFFF);
+        room(text.size() + 2);
+        add(code);
+        add(static_cast<int>(text.size()));
+        addUnits(text);
+    }
+    /// An ASCII text as an item; false when it holds a byte that needs decoding, and nothing is
+    /// added.
+    bool addAscii(int code, std::string_view bytes) {
+        if (bytes.size() > 0xFFFF) return false;
+        room(bytes.size() + 2);
+        char16_t* to = &units_[size_ + 2];
+        for (const char c : bytes) {
+            const auto byte = static_cast<unsigned char>(c);
+            if (byte >= 0x80 || byte == '\\' || byte == '^') return false;
+            *to++ = byte;
+        }
+        add(code);
+        add(static_cast<int>(bytes.size()));
+        size_ += bytes.size();
+        return true;
+    }
+
+  private:
+    std::vector<char16_t> units_;
+    size_t size_ = 0;
+};
+
+/// Room that an item of any kind but a text takes.
+constexpr size_t kItemRoom = 16;
 
 /// Reads packed items one after the other.
 class ItemReader {
@@ -64,21 +105,20 @@ struct Coordinates {
 
 /// Decodes one item; y and z of a point are taken from the following pairs.
 void decodeItem(const dxf::Pair& pair, dxf::PairCursor& cursor, const dxf::TextCodec& codec,
-                PackedXData& items) {
+                ItemBuffer& items) {
+    const ValueKind kind = valueKind(pair.code);
+    if (kind == ValueKind::Text) {
+        const bool verbatim = pair.code == 1002 || pair.code == 1004 || pair.code == 1005;
+        const std::string_view bytes = verbatim ? dxf::trimmed(pair.value) : pair.value;
+        if (!items.addAscii(pair.code, bytes)) items.addText(pair.code, codec.decode(bytes));
+        return;
+    }
+    if (kind == ValueKind::None) return;  // no group of XDATA: kept in the file, not shown
     const Tag tag(pair);
-    switch (valueKind(pair.code)) {
-        case ValueKind::Text: {
-            items += static_cast<char16_t>(pair.code);
-            const size_t length_at = items.size();
-            items += u'\0';
-            const bool verbatim = pair.code == 1002 || pair.code == 1004 || pair.code == 1005;
-            codec.decode(verbatim ? dxf::trimmed(pair.value) : pair.value, items);
-            if (items.size() - length_at - 1 > 0xFFFF) items.resize(length_at + 1 + 0xFFFF);
-            items[length_at] = static_cast<char16_t>(items.size() - length_at - 1);
-            break;
-        }
+    items.room(kItemRoom);
+    items.add(pair.code);
+    switch (kind) {
         case ValueKind::Point: {
-            items += static_cast<char16_t>(pair.code);
             Coordinates point{tag.real(), 0.0, 0.0};
             dxf::PairCursor ahead = cursor;
             dxf::Pair next;
@@ -90,23 +130,18 @@ void decodeItem(const dxf::Pair& pair, dxf::PairCursor& cursor, const dxf::TextC
                     cursor = ahead;
                 }
             }
-            appendRaw(items, point);
+            items.addRaw(point);
             break;
         }
         case ValueKind::Real:
-            items += static_cast<char16_t>(pair.code);
-            appendRaw(items, tag.real());
+            items.addRaw(tag.real());
             break;
         case ValueKind::Short:
-            items += static_cast<char16_t>(pair.code);
-            appendRaw(items, static_cast<int16_t>(tag.integer()));
-            break;
-        case ValueKind::Long:
-            items += static_cast<char16_t>(pair.code);
-            appendRaw(items, static_cast<int32_t>(tag.integer()));
+            items.addRaw(static_cast<int16_t>(tag.integer()));
             break;
         default:
-            break;  // no group of XDATA: kept in the file, not shown
+            items.addRaw(static_cast<int32_t>(tag.integer()));
+            break;
     }
 }
 
@@ -197,7 +232,7 @@ size_t storedLength(std::u16string_view text, const dxf::TextCodec& codec) {
     return bytes.size();
 }
 
-bool packText(const resbuf& node, const dxf::TextCodec& codec, int& depth, PackedXData& items) {
+bool packText(const resbuf& node, const dxf::TextCodec& codec, int& depth, ItemBuffer& items) {
     const ACHAR* raw = node.resval.rstring;
     const std::u16string_view text = raw == nullptr ? std::u16string_view{} : raw;
     if (node.restype == 1002) {
@@ -209,34 +244,49 @@ bool packText(const resbuf& node, const dxf::TextCodec& codec, int& depth, Packe
     } else if (storedLength(text, codec) > kTextLimit) {
         return false;
     }
-    appendText(items, node.restype, text);
+    items.addText(node.restype, text);
     return true;
 }
 
-bool packItem(const resbuf& node, const dxf::TextCodec& codec, int& depth, PackedXData& items) {
+bool packItem(const resbuf& node, const dxf::TextCodec& codec, int& depth, ItemBuffer& items) {
     const int code = node.restype;
     if (code < 1000 || code > 1071) return false;
     const ValueKind kind = valueKind(code);
     if (kind == ValueKind::Text) return packText(node, codec, depth, items);
     if (kind == ValueKind::None) return false;
     if (kind == ValueKind::Point && (code < 1010 || code > 1013)) return false;
-    items += static_cast<char16_t>(code);
+    items.room(kItemRoom);
+    items.add(code);
     switch (kind) {
         case ValueKind::Point:
-            appendRaw(items, Coordinates{node.resval.rpoint[0], node.resval.rpoint[1],
-                                         node.resval.rpoint[2]});
+            items.addRaw(
+                Coordinates{node.resval.rpoint[0], node.resval.rpoint[1], node.resval.rpoint[2]});
             break;
         case ValueKind::Real:
-            appendRaw(items, node.resval.rreal);
+            items.addRaw(node.resval.rreal);
             break;
         case ValueKind::Short:
-            appendRaw(items, node.resval.rint);
+            items.addRaw(node.resval.rint);
             break;
         default:
-            appendRaw(items, node.resval.rlong);
+            items.addRaw(node.resval.rlong);
             break;
     }
     return true;
+}
+
+/// The work space of all packing; there is one thread.
+ItemBuffer& workSpace() {
+    static ItemBuffer buffer;
+    buffer.clear();
+    return buffer;
+}
+
+/// Gives an application the packed items, with a little room for one more field.
+void takeItems(AppData& app, const ItemBuffer& items) {
+    constexpr size_t kOneField = 32;
+    if (app.items.capacity() < items.size()) app.items.reserve(items.size() + kOneField);
+    app.items = items.view();
 }
 
 }  // namespace
@@ -244,24 +294,32 @@ bool packItem(const resbuf& node, const dxf::TextCodec& codec, int& depth, Packe
 XData decodeXData(std::string_view source, const dxf::TextCodec& codec, std::string_view& tail) {
     XData data;
     tail = {};
+    ItemBuffer& items = workSpace();
+    const char* app_begin = nullptr;
+    const auto finishApp = [&](const char* end) {
+        if (data.empty()) return;
+        takeItems(data.back(), items);
+        data.back().source = {app_begin, static_cast<size_t>(end - app_begin)};
+        items.clear();
+    };
     dxf::PairCursor cursor(source.data(), source.data() + source.size());
     dxf::Pair pair;
+    const char* end = cursor.position();
     while (cursor.next(pair)) {
         if (pair.code == 1001) {
-            data.push_back({codec.decode(dxf::trimmed(pair.value)), {}, pair.bytes()});
-            // A field is some 20 units long; what is left of the object is an upper bound.
-            const auto left = static_cast<size_t>(cursor.end() - cursor.position());
-            data.back().items.reserve(left / 2 < 512 ? left / 2 : 512);
+            finishApp(end);
+            data.emplace_back();
+            data.back().app = codec.decode(dxf::trimmed(pair.value));
+            app_begin = pair.begin;
         } else if (pair.code < 999) {
             tail = {pair.begin, static_cast<size_t>(cursor.end() - pair.begin)};
             break;
         } else if (!data.empty()) {
-            AppData& app = data.back();
-            decodeItem(pair, cursor, codec, app.items);
-            app.source = {app.source.data(),
-                          static_cast<size_t>(cursor.position() - app.source.data())};
+            decodeItem(pair, cursor, codec, items);
         }
+        end = cursor.position();
     }
+    finishApp(end);
     return data;
 }
 
@@ -294,8 +352,13 @@ resbuf** appendXDataChain(const AppData& data, resbuf** tail) {
 }
 
 Acad::ErrorStatus packXData(const resbuf* chain, const dxf::TextCodec& codec, XData& out) {
+    ItemBuffer& items = workSpace();
     size_t used = 0;  // elements of `out` are taken again with the memory that they have
     int depth = 0;
+    const auto finishApp = [&] {
+        if (used > 0) takeItems(out[used - 1], items);
+        items.clear();
+    };
     const resbuf* node = chain;
     while (node != nullptr && node->restype != 1001 && node->restype != -3)
         node = node->rbnext;
@@ -304,17 +367,15 @@ Acad::ErrorStatus packXData(const resbuf* chain, const dxf::TextCodec& codec, XD
     for (; node != nullptr; node = node->rbnext) {
         if (node->restype == 1001) {
             if (depth != 0 || node->resval.rstring == nullptr) return Acad::eBadDxfSequence;
+            finishApp();
             if (used == out.size()) out.emplace_back();
-            AppData& app = out[used++];
-            app.app = node->resval.rstring;
-            app.items.clear();
-        } else if (used == 0 || !packItem(*node, codec, depth, out[used - 1].items)) {
+            out[used++].app = node->resval.rstring;
+        } else if (used == 0 || !packItem(*node, codec, depth, items)) {
             return Acad::eBadDxfSequence;
         }
-        if (used > 0 && out[used - 1].items.size() > kXDataLimit * 2) {
-            return Acad::eXdataSizeExceeded;
-        }
+        if (items.size() > kXDataLimit * 2) return Acad::eXdataSizeExceeded;
     }
+    finishApp();
     out.resize(used);
     return depth == 0 ? Acad::eOk : Acad::eBadDxfSequence;
 }

@@ -5,6 +5,7 @@
 #include <iconv.h>
 
 #include <array>
+#include <cstdint>
 #include <unordered_map>
 
 #include "kz_tls21an/text.h"
@@ -44,7 +45,8 @@ class Converter {
     Converter(const Converter&) = delete;
     Converter& operator=(const Converter&) = delete;
 
-    bool good() const { return handle_ != reinterpret_cast<iconv_t>(-1); }
+    // iconv_open answers -1 as a pointer.
+    bool good() const { return reinterpret_cast<intptr_t>(handle_) != -1; }
 
     /// Converts one character; the number of bytes made, or 0 when it has no counterpart.
     size_t convert(const char* in, size_t in_size, char* out, size_t out_size) const {

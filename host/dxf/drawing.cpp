@@ -28,11 +28,18 @@ bool saveDrawing(const std::string& path, std::string& error) {
         return false;
     }
     try {
-        return dxf::writeFile(*database, path, error);
+        if (!dxf::writeFile(*database, path, error)) return false;
+        database->markSaved();
+        return true;
     } catch (const std::bad_alloc&) {
         error = path + ": not enough memory to write the drawing";
         return false;
     }
+}
+
+bool drawingIsUnsaved() {
+    const Database* database = currentDatabase();
+    return database != nullptr && database->isUnsaved();
 }
 
 void closeDrawing() {

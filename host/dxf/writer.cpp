@@ -119,7 +119,7 @@ class Composer {
 
     /// Puts collected text in front of a section's end, or makes the section in front of `before`.
     void place(const char* section_end, const char* before, std::string_view name,
-               std::string text) {
+               const std::string& text) {
         if (text.empty()) return;
         if (section_end != nullptr) {
             insertions_[section_end] += text;
@@ -142,10 +142,10 @@ class Composer {
         }
         const InsertPoints& points = database_.insertPoints();
         const char* front = points.entities_begin != nullptr ? points.entities_begin : points.eof;
-        place(points.tables_end, front, "TABLES", std::move(tables));
-        place(points.blocks_end, front, "BLOCKS", std::move(blocks_));
-        place(points.entities_end, points.eof, "ENTITIES", std::move(entities_));
-        place(points.objects_end, points.eof, "OBJECTS", std::move(objects_));
+        place(points.tables_end, front, "TABLES", tables);
+        place(points.blocks_end, front, "BLOCKS", blocks_);
+        place(points.entities_end, points.eof, "ENTITIES", entities_);
+        place(points.objects_end, points.eof, "OBJECTS", objects_);
     }
 
     void collectHeader() {

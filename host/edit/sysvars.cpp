@@ -79,7 +79,7 @@ bool computed(const std::string& name, resbuf* value, int& status) {
     } else if (name == "DWGTITLED") {
         status = giveNumber(RTSHORT, path.empty() ? 0 : 1, value);
     } else if (name == "DBMOD") {
-        status = giveNumber(RTSHORT, database != nullptr && database->isChanged() ? 1 : 0, value);
+        status = giveNumber(RTSHORT, database != nullptr && database->isUnsaved() ? 1 : 0, value);
     } else {
         return false;
     }

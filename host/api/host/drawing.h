@@ -18,6 +18,8 @@ HOST_API bool openDrawing(const std::string& path, std::string& error);
 /// target holds the old drawing or the new one, never a part.
 /// @return true; false with one sentence in `error`, the target is untouched
 HOST_API bool saveDrawing(const std::string& path, std::string& error);
+/// True when the drawing has changes that were not saved.
+HOST_API bool drawingIsUnsaved();
 /// Closes the drawing; afterwards there is none.
 HOST_API void closeDrawing();
 

@@ -279,6 +279,38 @@ TEST_F(DatabaseTest, a_block_is_made_between_block_and_endblk) {
     EXPECT_EQ(save(), saved);
 }
 
+TEST_F(DatabaseTest, the_walk_passes_over_erased_entities_and_finds_them_again) {
+    const auto walk = [] {
+        std::u16string handles;
+        ads_name name = {0, 0};
+        while (acdbEntNext(ads_name_nil(name) ? nullptr : name, name) == RTNORM) {
+            handles += textAt(Chain(acdbEntGet(name)).get(), 5) + u" ";
+        }
+        return handles;
+    };
+    const auto last = [] {
+        ads_name name = {0, 0};
+        acdbEntLast(name);
+        return ads_name_nil(name) ? u"" : textAt(Chain(acdbEntGet(name)).get(), 5);
+    };
+    EXPECT_EQ(walk(), u"30 31 32 ");
+    acdbEntDel(Ename(u"30").name);
+    acdbEntDel(Ename(u"32").name);
+    EXPECT_EQ(walk(), u"31 ");
+    EXPECT_EQ(last(), u"31");
+    acdbEntDel(Ename(u"30").name);
+    acdbEntDel(Ename(u"32").name);
+    EXPECT_EQ(walk(), u"30 31 32 ");
+    EXPECT_EQ(last(), u"32");
+    const ads_point centre = {0, 0, 0};
+    acdbEntDel(Ename(u"32").name);
+    ads_name made;
+    ASSERT_EQ(acdbEntMakeX(Chain(acutBuildList(RTDXF0, u"POINT", 10, centre, 0)).get(), made),
+              RTNORM);
+    EXPECT_EQ(walk(), u"30 31 100 ");
+    EXPECT_EQ(last(), u"100");
+}
+
 TEST_F(DatabaseTest, tables_are_searched_and_walked) {
     const Chain layer(acdbTblSearch(u"layer", u"LOCKED", 1));
     EXPECT_EQ(textAt(layer.get(), 2), u"Locked");

@@ -160,12 +160,14 @@ TEST_P(Faults, memory_may_end_at_any_allocation) {
         open();
         const Ename entity(u"30");
         const int64_t nodes = host::resbufCount();
+        const int64_t records = kz_Record_count();
         kz_Malloc_failFrom(nth);
         const bool succeeds = operation.run(entity.name);
         kz_Malloc_failFrom(0);
         const std::string where = "allocation " + std::to_string(nth);
         EXPECT_EQ(host::openObjectCount(), 0) << where;
         EXPECT_EQ(host::resbufCount(), nodes) << where;
+        EXPECT_EQ(kz_Record_count(), records) << where;
         if (operation.writes && !succeeds) {
             EXPECT_EQ(state(), before) << where;
         }

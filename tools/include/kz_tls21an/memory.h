@@ -14,6 +14,10 @@ KZ_TLS_API void* kz_Malloc(size_t size);
 /// Gives a block back. NULL is ignored.
 KZ_TLS_API void kz_Free(void* block);
 
+/// Records of the tools library that live at the moment: lists of all kinds, matrices. A test
+/// compares it before and after.
+KZ_TLS_API int64_t kz_Record_count(void);
+
 /// Tests only: the `count`-th kz_Malloc from now and all that follow give NULL; 0 ends the
 /// shortage.
 KZ_TLS_API void kz_Malloc_failFrom(size_t count);
