@@ -100,6 +100,7 @@ Acad::ErrorStatus AcDbDatabase::saveAs(const ACHAR* path, bool backup, int) {
     } catch (const std::bad_alloc&) {
         return Acad::eOutOfMemory;
     }
+    drawing_->markSaved();
     if (drawing_->path().empty()) drawing_->setPath(name);
     return Acad::eOk;
 }

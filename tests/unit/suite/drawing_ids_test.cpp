@@ -34,6 +34,12 @@ TEST_F(DrawingIds, RecordHasSignatureNameAndDatabase) {
     EXPECT_EQ(SUITE(kz_CADDwgId_isInEditor)(id), 1);
     EXPECT_EQ(SUITE(kz_CADDwgId_isAttached)(id), 0);
     EXPECT_EQ(SUITE(kz_CADDwgId_create)(nullptr, 1), nullptr);
+    line("LATER");
+    EXPECT_TRUE(host::drawingIsUnsaved());
+    EXPECT_EQ(SUITE(kz_CADDwgId_save)(id), 1);
+    EXPECT_FALSE(host::drawingIsUnsaved());
+    open("host.dxf");
+    EXPECT_EQ(entities(editor()), 2);
     host::newDrawing();
     kz_CADDwgId* const unnamed = drawing("");
     ASSERT_NE(unnamed, nullptr);
