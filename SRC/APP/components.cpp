@@ -32,7 +32,8 @@ void AddComponent(void* value, const kz_Char* name) {
 
 void GetComponent(void** out, const kz_Char* name) {
     if (out == nullptr) return;
-    *out = reinterpret_cast<void*>(intptr_t{-1});
+    // All bits set is the interface's word for "not there".
+    *out = reinterpret_cast<void*>(intptr_t{-1});  // NOLINT(performance-no-int-to-ptr)
     if (name == nullptr) return;
     using Name = std::basic_string_view<kz_Char>;
     for (const Component* component = components; component != nullptr;

@@ -82,10 +82,12 @@ void* kz_GroupFuncPtr_get(const kz_Char* symbol) {
     return resolve(kWording, "kz_GroupFuncPtr_get: %s service not loaded.", symbol);
 }
 
+// NOLINTBEGIN(bugprone-macro-parentheses): a result type and argument lists take none
 #define FORWARDER(resolver, result, name, parameters, arguments)  \
     result name parameters {                                      \
         return Forwarded<resolver, &name>{KZ_T(#name)} arguments; \
     }
+// NOLINTEND(bugprone-macro-parentheses)
 
 // clang-format off: it takes the parameters for products
 
