@@ -58,7 +58,7 @@ fs::path findFile(const Database& drawing, const std::u16string& path) {
     std::error_code error;
     for (const fs::path& candidate : {folder / wanted, folder / wanted.filename()}) {
         if (!fs::is_regular_file(candidate, error)) continue;
-        const fs::path found = fs::canonical(candidate, error);
+        fs::path found = fs::canonical(candidate, error);
         if (!error) return found;
     }
     return {};
