@@ -23,7 +23,7 @@ class TextCodec {
     TextCodec& operator=(TextCodec&&) noexcept;
 
     bool isUtf8() const { return page_ == nullptr; }
-    /// Appends the decoded text. `plain` tells that "^" and "\U+" stand for themselves.
+    /// Appends the decoded text, escapes and carets resolved.
     void decode(std::string_view bytes, std::u16string& out) const;
     std::u16string decode(std::string_view bytes) const;
     /// Appends the text as the file holds it.
