@@ -8,4 +8,4 @@ mkdir -p build
 if [ ! -f "build/$preset/build.ninja" ]; then
     cmake --preset "$preset" >"$log" 2>&1 || { cat "$log" >&2; exit 1; }
 fi
-cmake --build --preset "$preset" -- --quiet
+cmake --build --preset "$preset" -- --quiet >&2
