@@ -3,9 +3,11 @@
 #include <map>
 #include <new>
 
+#include "db/undo.h"
 #include "host/counters.h"
 #include "host/lisp.h"
 #include "host/output.h"
+#include "host/undo.h"
 #include "kz_tls21an/text.h"
 #include "lisp/interpreter.h"
 #include "lisp/load.h"
@@ -102,8 +104,10 @@ LispOutcome evaluate(std::u16string_view text, std::u16string_view file,
         const bool nothing = value.isNil() && in.nativeGaveNothing;
         return nothing ? std::u16string() : lisp::printed(value, lisp::PrintForm::Readable);
     };
+    const UndoStep step("LISP");
     const auto afterEach = [&](const lisp::Value& value) {
         watch.check();
+        nextUndoBoundary();
         if (!each) return;
         const std::u16string printed = shown(value);
         if (!printed.empty()) each(printed);
