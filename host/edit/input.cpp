@@ -24,7 +24,6 @@ class UserInput : public InputSource {
         }
         InputLine line = read(request.prompt);
         if (line.kind == InputLine::Kind::End) return false;
-        if (!line.shown) show(request.prompt, line.text);
         if (line.kind == InputLine::Kind::Cancel) {
             token = InputToken::of(InputToken::Kind::Cancel);
             return true;
@@ -39,6 +38,7 @@ class UserInput : public InputSource {
             if (length < line.text.size()) rest_ = line.text.substr(length + 1);
         }
         token = InputToken::ofText(std::u16string_view(line.text).substr(0, length));
+        if (!line.shown) show(request.prompt, token.text);
         return true;
     }
 

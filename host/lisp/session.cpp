@@ -22,18 +22,13 @@ namespace {
 
 constexpr size_t kExpressionLimit = 500;
 
-bool answerOf(std::u16string_view text, InputToken& token);
-
 /// The interpreter and what outlives a reset. Never destroyed: values may stand in static storage
 /// of others, and what hangs on them needs the host until the end.
 struct Session {
     std::unique_ptr<lisp::Interpreter> interpreter;
     std::map<std::u16string, int (*)(), std::less<>> natives;
 
-    Session() {
-        renew();
-        setExpressionEvaluator(answerOf);
-    }
+    Session() { renew(); }
     void renew() {
         interpreter.reset();
         interpreter = std::make_unique<lisp::Interpreter>();
@@ -145,6 +140,11 @@ bool answerOf(std::u16string_view text, InputToken& token) {
         return false;
     }
 }
+
+[[maybe_unused]] const bool kAnswersPrompts = [] {
+    setExpressionEvaluator(answerOf);
+    return true;
+}();
 
 }  // namespace
 
