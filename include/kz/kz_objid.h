@@ -109,7 +109,7 @@ KZ_EXPORT int kz_AcCAD_getAcDbObjIdFromHandle(AcDbObjectId* out, const kz_Char* 
                                               AcDbDatabase* database);
 KZ_EXPORT int kz_AcCAD_getEntNameFromHandle(ads_name out, const kz_Char* handle,
                                             AcDbDatabase* database);
-/// The handle of an object that is not erased. `out` holds 256 characters.
+/// The handle of an object that is not erased, at most 255 characters.
 /// @return 1; 0 when there is none, `out` untouched
 KZ_EXPORT int kz_AcCAD_getHandleFromAcDbObjectId(kz_Char* out, const AcDbObjectId* object);
 /// The drawing that holds the object, which must be open to nobody for write and not erased; lent.
