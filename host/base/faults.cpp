@@ -9,12 +9,11 @@ namespace host {
 namespace {
 
 constexpr std::array<std::string_view, static_cast<size_t>(Call::Count_)> kNames = {
-    "acutNewRb",      "acutBuildList", "acdbOpenObject", "acdbGetObjectId",
-    "acdbGetAdsName", "acdbHandEnt",   "acdbEntGet",     "acdbEntDel",
-    "acdbEntMakeX",   "acdbEntMod",    "acdbEntLast",    "acdbEntNext",
-    "acdbRegApp",     "acdbTblSearch", "acdbDisToF",     "acedGetVar",
-    "acedSetVar",     "acedTrans",     "acedSSAdd",      "acedSSName",
-    "xData",          "setXData",      "upgradeOpen",    "erase"};
+    "acutNewRb",   "acutBuildList", "acdbOpenObject", "acdbGetObjectId", "acdbGetAdsName",
+    "acdbHandEnt", "acdbEntGet",    "acdbEntDel",     "acdbEntMakeX",    "acdbEntMod",
+    "acdbEntLast", "acdbEntNext",   "acdbRegApp",     "acdbTblSearch",   "acdbDisToF",
+    "acedGetVar",  "acedSetVar",    "acedTrans",      "acedRedraw",      "acedSSAdd",
+    "acedSSName",  "xData",         "setXData",       "upgradeOpen",     "erase"};
 
 struct Fault {
     size_t call = kNames.size();

@@ -25,6 +25,7 @@ enum class Call {
     acedGetVar,
     acedSetVar,
     acedTrans,
+    acedRedraw,
     acedSSAdd,
     acedSSName,
     xData,
