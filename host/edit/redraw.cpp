@@ -1,12 +1,11 @@
 /// acedRedraw, and what it has done to single objects. Only objects that are not shown in the plain
 /// way are kept; each is observed, so that it is forgotten with its drawing.
-#include "edit/redraw.h"
-
 #include <unordered_map>
 
 #include "base/faults.h"
 #include "db/database.h"
 #include "edit/sysvars.h"
+#include "host/display.h"
 #include "host/drawings.h"
 
 namespace host {

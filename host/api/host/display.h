@@ -10,6 +10,8 @@ namespace host {
 
 /// True for an object that is highlighted; false for an id that leads nowhere.
 HOST_API bool isHighlighted(AcDbObjectId id);
+/// Highlights an object, or ends that. An id that leads nowhere is ignored.
+HOST_API void setHighlighted(AcDbObjectId id, bool on);
 /// True for an object that was taken off the screen and has not been redrawn since.
 HOST_API bool isOffScreen(AcDbObjectId id);
 
