@@ -73,6 +73,15 @@ class TwinCall {
     /// The status that the exit is traced with.
     void setStatus(int status) { status_ = status; }
 
+  protected:
+    const kz_Char* name() const { return name_; }
+    /// Reads by a family's own reader, which takes the cursor and gives 1 or 0; nothing is read
+    /// once an argument was refused.
+    template <class Reader>
+    void read(Reader reader) {
+        note(read_all_ && reader(&cursor_) == 1);
+    }
+
   private:
     static constexpr int kMaxTexts = 2;
     static constexpr int kTextSize = 256;

@@ -23,6 +23,10 @@ The Lisp shape of a field list is `(("NAME" value ...) ...)`. A bare string in t
 without a value. A value is a string, an integer, a real, T (1), nil (0), a point, or a typed pair with a
 DXF group code: `(1005 . "2F")` is a handle, `(1011 1.0 2.0 3.0)` a world position. A string behind a point
 names the point's type by its first letter (M, D, O; any other P).
+
+`drawing` is a drawing id: an entity name that is no entity, so AutoLISP's own functions refuse it. It is good
+until its use ends. Where it may be left out, nil is the drawing in the editor. The functions on drawing ids
+put a wrong or missing argument on the error list.
 """
 
 

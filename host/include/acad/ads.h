@@ -208,6 +208,11 @@ ACAD_API int acedSSMemb(const ads_name entity, const ads_name set);
 /// Frees a set; its name is refused from now on.
 ACAD_API int acedSSFree(const ads_name set);
 
+/// Shows an entity anew (1), takes it off the screen (2), highlights it (3) or ends that (4);
+/// negative modes do so with the head of a complex entity alone. Without a name (NULL or a nil one)
+/// all that was taken off the screen is shown again, whatever the mode. @return RTERROR for another
+/// mode, and for a name that is no living entity's
+ACAD_API int acedRedraw(const ads_name entity, int mode);
 /// Shows a text on the command line as it stands.
 ACAD_API int acedPrompt(const ACHAR* text);
 /// Point or displacement from one coordinate system to another. Each system is an RTSHORT (0 world,

@@ -1,0 +1,63 @@
+/// The frame of the twins on objects and drawings.
+#include "ACAD/cad_li/cad_call.h"
+
+#include "checks.h"
+#include "kz/kz_error.h"
+#include "trace.h"
+
+namespace kz {
+namespace {
+
+constexpr const char* kTraceSource = "SRC/ACAD/cad_li";
+constexpr TwinFamily kFamily = {kTraceSource, kTraceCad};
+/// General error "Invalid or missing parameter(s)".
+constexpr int kInvalidParameters = 12;
+
+}  // namespace
+
+CadCall::CadCall(const kz_Char* name, const kz_Char* refusal)
+    : TwinCall(kFamily, name, nullptr), refusal_(refusal) {}
+
+CadCall::~CadCall() {
+    if (readAll()) return;
+    kz_Error_submit(kz_ErrorGroupGeneral, kInvalidParameters, nullptr, nullptr);
+    KZ_TRACEF(kTraceExit, kTraceCad, KZ_T("%s%s"), name(), refusal_);
+}
+
+const int64_t* CadCall::drawingName() {
+    read([this](resbuf** cursor) { return kz_Rb_getNextADSName(drawing_, cursor, nullptr, 0); });
+    return drawing_;
+}
+
+kz_CADDwgId* CadCall::readDrawing(bool nil_allowed) {
+    kz_CADDwgId* drawing = nullptr;
+    read([&](resbuf** cursor) {
+        ads_name name = {};
+        if (kz_Rb_getNextADSName(name, cursor, nullptr, nil_allowed ? 1 : 0) != 1) return 0;
+        drawing = kz_CADDwgId_fromADSName(name, 1);
+        // A name that is no drawing must not turn into the working database.
+        return drawing != nullptr || (nil_allowed && isNull(name)) ? 1 : 0;
+    });
+    return drawing;
+}
+
+const kz_Char* CadCall::textOrNull() {
+    kz_Char* copy = nullptr;
+    read([&copy](resbuf** cursor) { return kz_Rb_getNextStringPtr(&copy, cursor, nullptr, 1); });
+    text_.reset(copy);
+    return copy;
+}
+
+int CadCall::integer(int absent) {
+    int16_t value = 0;
+    int is_nil = 0;
+    read([&](resbuf** cursor) { return kz_Rb_getNextInt(&value, cursor, &is_nil, 1); });
+    return is_nil != 0 ? absent : value;
+}
+
+void CadCall::answerName(const ads_name name) {
+    setStatus(isNull(name) ? 0 : 1);
+    if (!isNull(name)) acedRetName(name, RTENAME);
+}
+
+}  // namespace kz
