@@ -5,6 +5,7 @@
 #include "kz/kz_diag.h"
 #include "kz/kz_error.h"
 #include "kz/kz_fldcnv.h"
+#include "kz/kz_input.h"
 #include "kz/kz_objid.h"
 #include "kz/kz_point_cnv.h"
 #include "kz/kz_rb.h"
