@@ -11,6 +11,7 @@
 #include "acad/rx.h"
 #include "kz_tls21an/diag.h"
 #include "kz_tls21an/fldlist.h"
+#include "kz_tls21an/fname.h"
 #include "kz_tls21an/format.h"
 #include "kz_tls21an/lnklist.h"
 #include "kz_tls21an/matrix.h"
