@@ -28,10 +28,10 @@ std::vector<std::string> formsOf(const std::string& text) {
         }
         form += text[i];
         if (text[i] == '"') {
-            do {
-                if (text[++i] == '\\') form += text[i++];
-                form += text[i];
-            } while (text[i] != '"');
+            const size_t start = i;
+            while (text[++i] != '"')
+                i += text[i] == '\\' ? 1 : 0;
+            form.append(text, start + 1, i - start);
         }
         if (text[i] == '(') ++depth;
         if (text[i] == ')' && --depth == 0) {
