@@ -8,7 +8,9 @@
 #include <sstream>
 
 #include "expression_scanner.h"
+#include "host/command.h"
 #include "host/drawing.h"
+#include "host/input.h"
 #include "host/output.h"
 #include "kz_tls21an/text.h"
 #include "line_editor.h"
@@ -56,6 +58,34 @@ std::optional<std::string> readExpression(LineEditor& editor) {
         scanner.feed(line);
         if (scanner.complete()) return text;
     }
+}
+
+/// True for a line that names a command and no Lisp: a word that no Lisp value goes by, with or
+/// without answers behind it.
+bool isCommandLine(const std::string& text) {
+    const std::u16string line = kz::toUtf16(text);
+    const size_t start = line.find_first_not_of(u" \t");
+    const size_t end = std::min(line.find_first_of(u" \t\r\n", start), line.size());
+    const std::u16string_view word = std::u16string_view(line).substr(start, end - start);
+    if (word.find_first_of(u"()\"!;") != std::u16string_view::npos) return false;
+    if (host::isCommand(word)) return true;
+    const bool named = word.find_first_not_of(u"0123456789.+-eE") != std::u16string_view::npos;
+    return named && !word.starts_with(u'\'') && !host::isLispSymbol(word);
+}
+
+/// Does what a line or an expression asks for and shows what comes of it.
+Status perform(const std::string& text) {
+    if (!isCommandLine(text)) return report(evaluate(text));
+    const Interruptible interruptible;
+    const std::u16string line = kz::toUtf16(text);
+    const std::u16string word = line.substr(0, line.find_first_of(u" \t\r\n"));
+    // (defun c:NAME ...) makes a command of its own.
+    if (!host::isCommand(word) && host::isLispSymbol(u"C:" + word)) {
+        return report(evaluate("(c:" + kz::toUtf8(word) + ")"));
+    }
+    const bool done = host::runCommandLine(line);
+    host::flush();
+    return done ? kDone : kLispError;
 }
 
 /// Ends a line that Lisp code left open, so that what comes next starts on a fresh one.
@@ -114,63 +144,99 @@ class PlainWords {
     bool done_ = false;
 };
 
-Status talk(const std::string& path) {
+/// The user's answers to prompts. What a prompt has in front of its last line is shown first.
+host::InputLine readAnswer(LineEditor& editor, std::u16string_view prompt) {
+    using Kind = host::InputLine::Kind;
+    std::string line;
+    freshLine();
+    if (!host::atLineStart(host::Channel::Message)) host::write(host::Channel::Message, u"\n");
+    const size_t last = prompt.rfind(u'\n') + 1;
+    if (last > 1) host::write(host::Channel::Message, prompt.substr(0, last));
+    host::flush();
+    switch (editor.read(kz::toUtf8(prompt.substr(last)), line)) {
+        case LineEditor::Event::End:
+            return {};
+        case LineEditor::Event::Cancelled:
+            return {Kind::Cancel, u"", true};
+        case LineEditor::Event::Line:
+            break;
+    }
+    while (line.ends_with('\n') || line.ends_with('\r'))
+        line.pop_back();
+    if (line == "\x1b" || line == "^C") return {Kind::Cancel, u"", true};
+    return {Kind::Text, kz::toUtf16(line), true};
+}
+
+Status talk(const std::string& path, bool scripted) {
     LineEditor editor;
     PlainWords words(path);
-    host::setLispLineSource([&editor]() -> std::optional<std::u16string> {
-        std::string line;
-        freshLine();
-        if (editor.read("", line) != LineEditor::Event::Line) return std::nullopt;
-        while (line.ends_with('\n') || line.ends_with('\r'))
-            line.pop_back();
-        return kz::toUtf16(line);
-    });
+    if (!scripted) {
+        host::setInputReader(
+            [&editor](std::u16string_view prompt) { return readAnswer(editor, prompt); });
+    }
+    std::string last_command;
     struct sigaction cancel {};
     cancel.sa_handler = onCancel;  // without SA_RESTART, so that it ends the reading of a line
     for (;;) {
         sigaction(SIGINT, &cancel, nullptr);
         const auto text = readExpression(editor);
         if (!text) break;
-        if (text->find_first_not_of(" \t\r\n") == std::string::npos) {
+        const bool blank = text->find_first_not_of(" \t\r\n") == std::string::npos;
+        // Enter alone does the last command again.
+        if (blank && last_command.empty()) {
             freshLine();
             continue;
         }
-        editor.remember(*text);
-        if (words.take(*text)) {
+        const std::string& wanted = blank ? last_command : *text;
+        if (!blank) editor.remember(wanted);
+        if (words.take(wanted)) {
             if (words.done()) break;
             continue;
         }
-        const host::LispOutcome outcome = evaluate(*text);
+        const bool command = isCommandLine(wanted);
+        perform(wanted);
+        if (!blank) last_command = command ? wanted.substr(0, wanted.find_first_of(" \r\n")) : "";
         freshLine();
-        if (!outcome.handled) report(outcome);
-        host::flush();
     }
     if (!words.done()) host::write(host::Channel::Lisp, u"\n");
-    host::setLispLineSource({});
+    host::setInputReader({});
     return kDone;
 }
 
-/// Evaluates standard input expression by expression up to its end or to the first error.
-Status readPlainly() {
+/// Takes standard input expression by expression and command by command, up to its end or to the
+/// first error. Its lines answer prompts, too.
+Status readPlainly(bool scripted) {
     std::string text, line;
     ExpressionScanner scanner;
+    if (!scripted) {
+        host::setInputReader([](std::u16string_view) -> host::InputLine {
+            std::string answer;
+            if (!std::getline(std::cin, answer)) return {};
+            if (answer.ends_with('\r')) answer.pop_back();
+            return {host::InputLine::Kind::Text, kz::toUtf16(answer)};
+        });
+    }
     Status status = kDone;
     while (status == kDone && std::getline(std::cin, line)) {
         line += '\n';
         text += line;
         scanner.feed(line);
         if (!scanner.complete()) continue;
-        status = report(evaluate(text));
+        if (text.find_first_not_of(" \t\r\n") != std::string::npos) status = perform(text);
         text.clear();
         scanner = {};
     }
-    if (status == kDone && !text.empty()) status = report(evaluate(text));
+    if (status == kDone && !text.empty()) status = perform(text);
+    host::setInputReader({});
     return status;
 }
 
 Status start(const SessionOptions& options) {
     Status status = openSession(options);
-    if (status == kDone) status = isatty(STDIN_FILENO) ? talk(options.drawing) : readPlainly();
+    const bool scripted = !options.input.empty();
+    if (status == kDone) {
+        status = isatty(STDIN_FILENO) ? talk(options.drawing, scripted) : readPlainly(scripted);
+    }
     host::flush();
     return status;
 }

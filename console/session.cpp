@@ -8,6 +8,7 @@
 #include <memory>
 
 #include "host/drawing.h"
+#include "host/input.h"
 #include "host/module.h"
 #include "host/output.h"
 #include "kz/kz_error.h"
@@ -54,11 +55,12 @@ bool feedInput(const std::string& path) {
         complain(path + ": can't be read");
         return false;
     }
-    host::setLispLineSource([file]() -> std::optional<std::u16string> {
+    host::setInputReader([file](std::u16string_view) -> host::InputLine {
         std::string line;
-        if (!std::getline(*file, line)) return std::nullopt;
+        if (!std::getline(*file, line)) return {};
         if (line.ends_with('\r')) line.pop_back();
-        return kz::toUtf16(line);
+        if (line == "^C") return {host::InputLine::Kind::Cancel, u"^C"};
+        return {host::InputLine::Kind::Text, kz::toUtf16(line)};
     });
     return true;
 }

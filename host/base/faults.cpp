@@ -9,11 +9,10 @@ namespace host {
 namespace {
 
 constexpr std::array<std::string_view, static_cast<size_t>(Call::Count_)> kNames = {
-    "acutNewRb",   "acutBuildList", "acdbOpenObject", "acdbGetObjectId", "acdbGetAdsName",
-    "acdbHandEnt", "acdbEntGet",    "acdbEntDel",     "acdbEntMakeX",    "acdbEntMod",
-    "acdbEntLast", "acdbEntNext",   "acdbRegApp",     "acdbTblSearch",   "acdbDisToF",
-    "acedGetVar",  "acedSetVar",    "acedTrans",      "acedRedraw",      "acedSSAdd",
-    "acedSSName",  "xData",         "setXData",       "upgradeOpen",     "erase"};
+#define KZ_CALL(name) #name,
+#include "base/fault_calls.inc"
+#undef KZ_CALL
+};
 
 struct Fault {
     size_t call = kNames.size();

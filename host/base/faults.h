@@ -5,33 +5,11 @@
 
 namespace host {
 
-/// The functions that can be made to fail, by the names that tests use.
+/// The functions that can be made to fail.
 enum class Call {
-    acutNewRb,
-    acutBuildList,
-    acdbOpenObject,
-    acdbGetObjectId,
-    acdbGetAdsName,
-    acdbHandEnt,
-    acdbEntGet,
-    acdbEntDel,
-    acdbEntMakeX,
-    acdbEntMod,
-    acdbEntLast,
-    acdbEntNext,
-    acdbRegApp,
-    acdbTblSearch,
-    acdbDisToF,
-    acedGetVar,
-    acedSetVar,
-    acedTrans,
-    acedRedraw,
-    acedSSAdd,
-    acedSSName,
-    xData,
-    setXData,
-    upgradeOpen,
-    erase,
+#define KZ_CALL(name) name,
+#include "base/fault_calls.inc"
+#undef KZ_CALL
     Count_
 };
 

@@ -124,7 +124,11 @@ Acad::ErrorStatus AcDbDatabase::getAcDbObjectId(AcDbObjectId& id, bool,
 }
 
 void AcDbDatabase::disableUndoRecording(bool disable) {
-    undo_disabled_ = disable;
+    if (drawing_ != nullptr) drawing_->undo().disable(disable);
+}
+
+bool AcDbDatabase::undoRecording() const {
+    return drawing_ != nullptr && !drawing_->undo().isDisabled();
 }
 
 AcDbObjectId AcDbDatabase::xrefBlockId() const {

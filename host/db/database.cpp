@@ -156,6 +156,8 @@ Slot Database::makeRecord(std::string_view type, ObjectClass object_class, uint6
     object.tags.push_back(Tag::handle(330, owner));
     for (Tag& tag : tags)
         object.tags.push_back(std::move(tag));
+    records_[slot].changed = true;
+    undo_.keepCreation(slot);
     touch(slot);
     return slot;
 }
@@ -199,7 +201,7 @@ void Database::decodeTags(ObjectRecord& record, ObjectData& data) const {
     }
 }
 
-Tags& Database::tags(Slot slot) {
+Tags& Database::decodedTags(Slot slot) {
     ObjectData& object = data(slot);
     if (!object.has_tags) decodeTags(records_[slot], object);
     const auto dictionary = dictionaries_.find(slot);
@@ -207,7 +209,7 @@ Tags& Database::tags(Slot slot) {
     return object.tags;
 }
 
-XData& Database::xdata(Slot slot) {
+XData& Database::decodedXData(Slot slot) {
     ObjectData& object = data(slot);
     if (!object.has_xdata) {
         object.has_xdata = true;
@@ -221,17 +223,35 @@ XData& Database::xdata(Slot slot) {
     return object.xdata;
 }
 
-void Database::touch(Slot slot) {
-    records_[slot].changed = true;
-    noteChange();
-    if (links_ != nullptr) notify(slot, nullptr);
+const Tags& Database::tags(Slot slot) {
+    return decodedTags(slot);
 }
 
-void Database::touchTags(Slot slot) {
-    ObjectData& object = data(slot);
-    if (!object.has_tags) decodeTags(records_[slot], object);
-    object.tags_changed = true;
-    touch(slot);
+const XData& Database::xdata(Slot slot) {
+    return decodedXData(slot);
+}
+
+Tags& Database::changeTags(Slot slot) {
+    Tags& tags = decodedTags(slot);
+    undo_.keepTags(slot);
+    ObjectRecord& record = records_[slot];
+    record.data->tags_changed = true;
+    record.changed = true;
+    noteChange();
+    return tags;
+}
+
+XData& Database::changeXData(Slot slot) {
+    XData& xdata = decodedXData(slot);
+    undo_.keepXData(slot);
+    records_[slot].changed = true;
+    noteChange();
+    return xdata;
+}
+
+void Database::touch(Slot slot) {
+    noteChange();
+    if (links_ != nullptr) notify(slot, nullptr);
 }
 
 Acad::ErrorStatus Database::setXData(Slot slot, const resbuf* chain) {
@@ -241,7 +261,7 @@ Acad::ErrorStatus Database::setXData(Slot slot, const resbuf* chain) {
     for (const AppData& app : wanted) {
         if (findSymbol("APPID", app.app) == kNoSlot) return Acad::eRegappIdNotFound;
     }
-    XData& present = xdata(slot);
+    const XData& present = xdata(slot);
     const auto sameApp = [](const std::u16string& name) {
         return [&name](const AppData& app) { return kz::compareNoCase(app.app, name) == 0; };
     };
@@ -261,48 +281,68 @@ Acad::ErrorStatus Database::setXData(Slot slot, const resbuf* chain) {
         }
         if (xdataSize(together) > kXDataLimit) return Acad::eXdataSizeExceeded;
     }
-    bool changes = false;
+    XData* target = nullptr;
     for (AppData& app : wanted) {
         const auto found = std::find_if(present.begin(), present.end(), sameApp(app.app));
-        if (found == present.end()) {
-            if (app.items.empty()) continue;
-            present.push_back(app);
+        const bool missing = found == present.end();
+        if (missing ? app.items.empty() : found->items == app.items) continue;
+        const auto at = found - present.begin();
+        if (target == nullptr) target = &changeXData(slot);
+        if (missing) {
+            target->push_back(app);
         } else if (app.items.empty()) {
-            present.erase(found);
-        } else if (found->items != app.items) {
-            found->items = app.items;
-            found->source = {};
+            target->erase(target->begin() + at);
         } else {
-            continue;
+            (*target)[static_cast<size_t>(at)].items = app.items;
+            (*target)[static_cast<size_t>(at)].source = {};
         }
-        changes = true;
     }
-    if (changes) touch(slot);
+    if (target != nullptr) touch(slot);
     return Acad::eOk;
 }
 
-void Database::setErased(Slot slot, bool erased) {
+void Database::turnErased(Slot slot) {
     ObjectRecord& record = records_[slot];
-    if (record.erased == erased) return;
-    record.erased = erased;
+    record.erased = !record.erased;
     noteChange();
-    if (DictionaryData* owner = dictionary(record.owner)) {
-        owner->changed = true;
-        touchTags(record.owner);
+    if (dictionary(record.owner) != nullptr) {
+        // While the journal swaps, an owner that is as its file has it stays so.
+        if (!undo_.isSwapping()) changeEntries(record.owner);
+        dictionaries_.at(record.owner)->changed = records_[record.owner].changed;
     }
-    if (links_ != nullptr) notify(slot, &erased);
-    if (record.object_class != ObjectClass::Entity) return;
-    Block* block = findBlock(record.owner);
+    if (record.object_class == ObjectClass::TableRecord && !record.erased) {
+        if (SymbolTable* symbols = table(typeName(slot))) {
+            symbols->by_name.insert_or_assign(kz::toUpper(symbolName(slot)), slot);
+        }
+    }
+    if (links_ != nullptr) notify(slot, &record.erased);
+    Block* block = record.erased ? nullptr : blockOfEntity(slot);
     if (block == nullptr) return;
-    size_t end = record.position + 1;
-    for (; end < block->contents.size(); ++end) {
-        ObjectRecord& part = records_[block->contents[end]];
-        if (part.object_class != ObjectClass::SubEntity) break;
-        part.erased = erased;
-    }
-    if (erased) return;
     block->living_begin = std::min<size_t>(block->living_begin, record.position);
-    block->living_end = std::max(block->living_end, end);
+    block->living_end = std::max<size_t>(block->living_end, record.position + 1);
+}
+
+void Database::setErased(Slot slot, bool erased) {
+    const ObjectRecord& record = records_[slot];
+    if (record.erased == erased) return;
+    undo_.keepErased(slot);
+    turnErased(slot);
+    if (record.object_class != ObjectClass::Entity) return;
+    const Block* block = findBlock(record.owner);
+    if (block == nullptr) return;
+    for (size_t i = record.position + 1; i < block->contents.size(); ++i) {
+        const Slot part = block->contents[i];
+        if (records_[part].object_class != ObjectClass::SubEntity) break;
+        if (records_[part].erased == erased) continue;
+        undo_.keepErased(part);
+        turnErased(part);
+    }
+}
+
+void Database::setOwner(Slot slot, Slot owner) {
+    if (records_[slot].owner == owner) return;
+    undo_.keepOwner(slot);
+    records_[slot].owner = owner;
 }
 
 // --- open and close -----------------------------------------------------------------------------

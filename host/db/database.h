@@ -18,6 +18,7 @@
 #include "acad/db.h"
 #include "db/handle_map.h"
 #include "db/tags.h"
+#include "db/undo.h"
 #include "db/xdata.h"
 #include "dxf/codec.h"
 
@@ -63,7 +64,9 @@ struct ObjectRecord {
     bool erased = false;
     bool changed = false;
     bool writer = false;
+    uint8_t imaged = 0;  ///< ImagedPart bits: what the step `undo_step` has kept of the object
     uint16_t readers = 0;
+    uint32_t undo_step = 0;
     AcDbObject* object = nullptr;  ///< instance handed out by acdbOpenObject; owned
     std::unique_ptr<ObjectData> data;
 };
@@ -178,12 +181,15 @@ class Database {
     /// puts it where it belongs.
     Slot makeRecord(std::string_view type, ObjectClass object_class, uint64_t owner, Tags tags);
     /// The object's tags, decoded on the first call.
-    Tags& tags(Slot slot);
-    XData& xdata(Slot slot);
-    /// Marks an object as changed: it will be written from its decoded form.
+    const Tags& tags(Slot slot);
+    const XData& xdata(Slot slot);
+    /// The tags for a change: the journal keeps them as they are, and the object will be written
+    /// from its decoded form. Who changes them calls `touch` when he is done.
+    Tags& changeTags(Slot slot);
+    /// The same for the XDATA.
+    XData& changeXData(Slot slot);
+    /// Tells the drawing and the object's observers that it has changed.
     void touch(Slot slot);
-    /// The same when its tags were changed and not only its XDATA.
-    void touchTags(Slot slot);
     /// True when anything of the drawing differs from its file.
     bool isChanged() const { return changed_; }
     /// The present state counts as that of the file.
@@ -195,6 +201,10 @@ class Database {
     Acad::ErrorStatus setXData(Slot slot, const resbuf* chain);
     /// Erases or brings back an object with its sub-entities.
     void setErased(Slot slot, bool erased);
+    /// Makes another object the owner; its tags are the caller's business.
+    void setOwner(Slot slot, Slot owner);
+    /// Before-images of what changes in steps.
+    UndoJournal& undo() { return undo_; }
 
     Acad::ErrorStatus open(Slot slot, AcDb::OpenMode mode, bool open_erased, AcDbObject*& object);
     Acad::ErrorStatus close(Slot slot);
@@ -270,6 +280,8 @@ class Database {
     std::vector<HeaderVariable>& headers() { return headers_; }
     /// Sets the variable to one tag; it is added when the drawing has none.
     void setHeader(std::string_view name, Tag tag);
+    /// The same for several tags, as those of a point.
+    void setHeader(std::string_view name, Tags value);
     void indexHeaders();
 
     const dxf::TextCodec& codec() const { return codec_; }
@@ -285,12 +297,20 @@ class Database {
     void setPath(std::string path) { path_ = std::move(path); }
 
   private:
+    friend class UndoJournal;
     void noteChange() { changed_ = unsaved_ = true; }
     ObjectData& data(Slot slot);
+    Tags& decodedTags(Slot slot);
+    XData& decodedXData(Slot slot);
+    /// Turns the erased flag of one slot and of what depends on it, without sub-entities.
+    void turnErased(Slot slot);
+    /// The variable's place, also when it has no value.
+    size_t headerPlace(std::string_view name);
     void makeObject(Slot slot);
     void decodeTags(ObjectRecord& record, ObjectData& data) const;
     void writeDictionaryTags(Slot slot);
-    bool isInCurrentSpace(Slot block_record) const;
+    /// The entries for a change; the caller has them already.
+    void changeEntries(Slot slot);
 
     friend class DatabaseList;
     friend class ::AcDbDatabase;
@@ -332,6 +352,7 @@ class Database {
     std::string_view image_view_;
     InsertPoints insert_points_;
     std::string path_;
+    UndoJournal undo_{*this};
 };
 
 /// The drawing in the editor; NULL when there is none.

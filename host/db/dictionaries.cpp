@@ -63,12 +63,16 @@ bool Database::dictionaryAdd(Slot slot, std::u16string_view key, Slot object) {
     if (dictionaryEntry(slot, key) != kNoSlot) return false;
     const std::u16string upper = kz::toUpper(key);
     const auto dead = entries->by_key.find(upper);
-    if (dead != entries->by_key.end()) entries->entries[dead->second].removed = true;
+    changeEntries(slot);
+    if (dead != entries->by_key.end() && !entries->entries[dead->second].removed) {
+        undo_.keepEntry(slot, dead->second);
+        entries->entries[dead->second].removed = true;
+    }
+    undo_.keepEntry(slot, entries->entries.size());
     entries->by_key.insert_or_assign(upper, entries->entries.size());
     entries->entries.push_back({std::u16string(key), records_[object].handle, false});
-    entries->changed = true;
-    touchTags(slot);
-    Tags& groups = tags(object);
+    touch(slot);
+    Tags& groups = changeTags(object);
     // Behind 5 and the groups in braces; the braces hold 330 groups of their own.
     size_t at = 1;
     bool in_braces = false;
@@ -86,8 +90,8 @@ bool Database::dictionaryAdd(Slot slot, std::u16string_view key, Slot object) {
     } else {
         groups.insert(groups.begin() + static_cast<std::ptrdiff_t>(at), link);
     }
-    records_[object].owner = slot;
-    touchTags(object);
+    setOwner(object, slot);
+    touch(object);
     return true;
 }
 
@@ -95,10 +99,11 @@ bool Database::dictionaryRemove(Slot slot, std::u16string_view key) {
     DictionaryData* entries = dictionary(slot);
     if (entries == nullptr || dictionaryEntry(slot, key) == kNoSlot) return false;
     const auto found = entries->by_key.find(kz::toUpper(key));
+    changeEntries(slot);
+    undo_.keepEntry(slot, found->second);
     entries->entries[found->second].removed = true;
     entries->by_key.erase(found);
-    entries->changed = true;
-    touchTags(slot);
+    touch(slot);
     return true;
 }
 
@@ -111,12 +116,26 @@ bool Database::dictionaryRename(Slot slot, std::u16string_view key, std::u16stri
     const std::u16string upper = kz::toUpper(new_key);
     const auto taken = entries->by_key.find(upper);
     if (taken != entries->by_key.end() && taken->second != index) return false;
+    changeEntries(slot);
+    undo_.keepKey(slot, index);
     entries->by_key.erase(found);
     entries->by_key.insert_or_assign(upper, index);
     entries->entries[index].key = new_key;
-    entries->changed = true;
-    touchTags(slot);
+    touch(slot);
     return true;
+}
+
+void Database::changeEntries(Slot slot) {
+    ObjectRecord& record = records_[slot];
+    ObjectData& object = data(slot);
+    if (!object.has_tags) decodeTags(record, object);
+    // The journal keeps the entries one by one: the tags of a large dictionary would be copied in
+    // each step that adds one.
+    undo_.keepWhole(slot);
+    record.data->tags_changed = true;
+    record.changed = true;
+    dictionaries_.at(slot)->changed = true;
+    noteChange();
 }
 
 void Database::writeDictionaryTags(Slot slot) {

@@ -415,8 +415,8 @@ bool modifyTags(Database& database, Slot slot, const resbuf* list) {
         !database.renameSymbol(slot, old_name, textOf(database, tags, 2))) {
         return false;
     }
-    database.tags(slot) = std::move(tags);
-    database.touchTags(slot);
+    database.changeTags(slot) = std::move(tags);
+    database.touch(slot);
     if (object_class == ObjectClass::TableRecord) database.recountLockedLayers();
     return true;
 }

@@ -131,6 +131,7 @@ void Database::recountLockedLayers() {
     const SymbolTable* layers = table("LAYER");
     if (layers == nullptr) return;
     for (const Slot slot : layers->records) {
+        if (records_[slot].erased) continue;
         const Tags& groups = tags(slot);
         const size_t at = findTag(groups, 70);
         if (at < groups.size() && (groups[at].integer() & 4) != 0) ++locked_layers_;
@@ -147,20 +148,30 @@ void Database::indexHeaders() {
 
 HeaderVariable* Database::header(std::string_view name) {
     const auto found = header_index_.find(upperAscii(name));
-    return found == header_index_.end() ? nullptr : &headers_[found->second];
+    if (found == header_index_.end() || headers_[found->second].tags.empty()) return nullptr;
+    return &headers_[found->second];
+}
+
+size_t Database::headerPlace(std::string_view name) {
+    const auto [found, made] = header_index_.emplace(upperAscii(name), headers_.size());
+    if (made) {
+        headers_.emplace_back();
+        headers_.back().name = found->first;
+    }
+    return found->second;
 }
 
 void Database::setHeader(std::string_view name, Tag tag) {
-    HeaderVariable* variable = header(name);
-    if (variable == nullptr) {
-        headers_.emplace_back();
-        variable = &headers_.back();
-        variable->name = upperAscii(name);
-        header_index_.emplace(variable->name, headers_.size() - 1);
-    }
-    variable->tags.clear();
-    variable->tags.push_back(std::move(tag));
-    variable->changed = true;
+    Tags value;
+    value.push_back(std::move(tag));
+    setHeader(name, std::move(value));
+}
+
+void Database::setHeader(std::string_view name, Tags value) {
+    const size_t place = headerPlace(name);
+    undo_.keepHeader(place);
+    headers_[place].tags = std::move(value);
+    headers_[place].changed = true;
     noteChange();
 }
 

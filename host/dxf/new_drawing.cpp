@@ -116,6 +116,10 @@ $AUPREC
  70
 0
   9
+$UNITMODE
+ 70
+0
+  9
 $ELEVATION
  40
 0.0

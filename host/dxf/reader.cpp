@@ -442,14 +442,13 @@ class Reader {
         if (object_class == ObjectClass::TableHead) return;
         const uint64_t handle = database_.newHandle();
         database_.setHandle(slot, handle);
-        Tags& tags = database_.tags(slot);
+        Tags& tags = database_.changeTags(slot);
         const int code = database_.typeName(slot) == "DIMSTYLE" ? 105 : 5;
         if (tags.size() > 1 && tags[1].code() == code) {
             tags[1] = Tag::handle(code, handle);
         } else {
             tags.insert(tags.begin() + 1, Tag::handle(code, handle));
         }
-        database_.touchTags(slot);
     }
 
     Database& database_;

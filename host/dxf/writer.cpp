@@ -156,7 +156,7 @@ class Composer {
         }
         const InsertPoints& points = database_.insertPoints();
         for (const HeaderVariable& variable : database_.headers()) {
-            if (!variable.changed) continue;
+            if (!variable.changed || variable.tags.empty()) continue;
             std::string text = "  9\n" + variable.name + "\n";
             for (const Tag& tag : variable.tags)
                 tag.write(database_.codec(), text);
@@ -329,7 +329,11 @@ bool writeFile(Database& database, const std::string& path, std::string& error) 
         return refuse("a folder, no drawing can be saved there");
     }
     Composition composition;
+    // The next handle goes into the header; nobody wants to undo that.
+    const bool disabled = database.undo().isDisabled();
+    database.undo().disable(true);
     compose(database, composition);
+    database.undo().disable(disabled);
     ReplacementFile file(resolvedPath(path));
     if (!file.isOpen()) return refuse(file.cause());
     if (!file.write(composition.pieces) || !file.commit()) return refuse(file.cause());

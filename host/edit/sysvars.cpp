@@ -182,6 +182,22 @@ int takeHeader(Database& database, const std::string& name, HeaderVariable& vari
 
 }  // namespace
 
+int integerVariable(const char* name, int otherwise) {
+    const Database* database = currentDatabase();
+    const HeaderVariable* header =
+        database == nullptr ? nullptr : currentDatabase()->header(std::string("$") + name);
+    if (header == nullptr || header->tags.empty()) return otherwise;
+    return static_cast<int>(header->tags.front().integer());
+}
+
+double realVariable(const char* name, double otherwise) {
+    const Database* database = currentDatabase();
+    const HeaderVariable* header =
+        database == nullptr ? nullptr : currentDatabase()->header(std::string("$") + name);
+    if (header == nullptr || header->tags.empty()) return otherwise;
+    return header->tags.front().real();
+}
+
 void setErrno(HostErrno value) {
     session()["ERRNO"].number = static_cast<int>(value);
 }

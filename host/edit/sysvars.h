@@ -14,6 +14,10 @@ enum class HostErrno : int {
     LayerLocked = 68,
 };
 
+/// A variable's value for the host itself; `otherwise` when it is unknown or of another kind.
+int integerVariable(const char* name, int otherwise);
+double realVariable(const char* name, double otherwise);
+
 /// Remembers why a call failed; success never clears it.
 void setErrno(HostErrno value);
 

@@ -78,6 +78,7 @@ std::span<const Builtin> entityBuiltins();
 std::span<const Builtin> tableBuiltins();
 std::span<const Builtin> selectionBuiltins();
 std::span<const Builtin> variableBuiltins();
+std::span<const Builtin> inputBuiltins();
 
 }  // namespace host::lisp
 

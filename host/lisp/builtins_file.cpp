@@ -4,6 +4,7 @@
 #include <filesystem>
 #include <system_error>
 
+#include "host/input.h"
 #include "kz_tls21an/text.h"
 #include "lisp/builtin.h"
 #include "lisp/interpreter.h"
@@ -60,8 +61,8 @@ File* inputArg(Interpreter& in, const Value& value) {
 
 Value readLine(Interpreter& in, Args args) {
     if (optionalArg(args, 0).isNil()) {
-        const auto line = in.lineSource ? in.lineSource() : std::nullopt;
-        return line ? makeText(*line) : Value();
+        const InputLine line = readInputLine(u"");
+        return line.kind == InputLine::Kind::Text ? makeText(line.text) : Value();
     }
     File* const file = inputArg(in, args[0]);
     if (!hasMore(*file)) return Value();
@@ -73,9 +74,9 @@ Value readLine(Interpreter& in, Args args) {
 
 Value readChar(Interpreter& in, Args args) {
     if (optionalArg(args, 0).isNil()) {
-        const auto line = in.lineSource ? in.lineSource() : std::nullopt;
-        if (!line) return Value();
-        return Value::integer(line->empty() ? u'\n' : line->front());
+        const InputLine line = readInputLine(u"");
+        if (line.kind != InputLine::Kind::Text) return Value();
+        return Value::integer(line.text.empty() ? u'\n' : line.text.front());
     }
     File* const file = inputArg(in, args[0]);
     return hasMore(*file) ? Value::integer(file->line[file->position++]) : Value();

@@ -24,9 +24,10 @@ constexpr size_t kStackReserve = size_t{512} * 1024;
 constexpr size_t kStackWithoutLimit = size_t{64} * 1024 * 1024;
 
 constexpr std::span<const Builtin> (*kFamilies[])() = {
-    controlBuiltins,  functionBuiltins, symbolBuiltins, numberBuiltins,    listBuiltins,
-    sequenceBuiltins, textBuiltins,     fileBuiltins,   geometryBuiltins,  conversionBuiltins,
-    printBuiltins,    entityBuiltins,   tableBuiltins,  selectionBuiltins, variableBuiltins};
+    controlBuiltins,  functionBuiltins,   symbolBuiltins,   numberBuiltins,
+    listBuiltins,     sequenceBuiltins,   textBuiltins,     fileBuiltins,
+    geometryBuiltins, conversionBuiltins, printBuiltins,    entityBuiltins,
+    tableBuiltins,    selectionBuiltins,  variableBuiltins, inputBuiltins};
 
 bool isFunction(const Value& value) {
     return value.is(Kind::UserFunction) || value.is(Kind::Subr) || value.is(Kind::External);

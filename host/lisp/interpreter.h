@@ -35,8 +35,6 @@ class Interpreter {
 
     SymbolTable symbols;
     SourceMap sources;
-    /// Keyboard lines for read-line and read-char without a file; nothing at their end.
-    std::function<std::optional<std::u16string>()> lineSource;
     /// True when the last native call gave no value at all, so that its nil is not shown.
     bool nativeGaveNothing = false;
 

@@ -3,10 +3,15 @@
 #include <map>
 #include <new>
 
+#include "command/run.h"
+#include "db/undo.h"
+#include "edit/input.h"
 #include "host/counters.h"
 #include "host/lisp.h"
 #include "host/output.h"
+#include "host/undo.h"
 #include "kz_tls21an/text.h"
+#include "lisp/input_token.h"
 #include "lisp/interpreter.h"
 #include "lisp/load.h"
 #include "lisp/printer.h"
@@ -25,10 +30,8 @@ struct Session {
 
     Session() { renew(); }
     void renew() {
-        auto lines = interpreter ? std::move(interpreter->lineSource) : nullptr;
         interpreter.reset();
         interpreter = std::make_unique<lisp::Interpreter>();
-        interpreter->lineSource = std::move(lines);
         for (const auto& [name, function] : natives)
             interpreter->define(name, function);
     }
@@ -102,8 +105,11 @@ LispOutcome evaluate(std::u16string_view text, std::u16string_view file,
         const bool nothing = value.isNil() && in.nativeGaveNothing;
         return nothing ? std::u16string() : lisp::printed(value, lisp::PrintForm::Readable);
     };
+    const UndoStep step("LISP");
     const auto afterEach = [&](const lisp::Value& value) {
+        RestingCommand::finish();
         watch.check();
+        nextUndoBoundary();
         if (!each) return;
         const std::u16string printed = shown(value);
         if (!printed.empty()) each(printed);
@@ -111,13 +117,34 @@ LispOutcome evaluate(std::u16string_view text, std::u16string_view file,
     try {
         outcome.value = shown(in.evalText(text, file, afterEach));
     } catch (lisp::Failure& failure) {
+        RestingCommand::cancel();
         outcome = failed(in, failure);
         watch.check();
     } catch (const std::bad_alloc&) {
+        RestingCommand::cancel();
         outcome = withoutMemory();
     }
     return outcome;
 }
+
+/// The answer that a Lisp expression typed at a prompt gives.
+bool answerOf(std::u16string_view text, InputToken& token) {
+    lisp::Interpreter& in = *session().interpreter;
+    in.beginTopLevel();
+    if (text.starts_with(u'!')) text.remove_prefix(1);
+    try {
+        const lisp::Value value = in.evalText(text, u"");
+        return lisp::answerToken(value, token);
+    } catch (lisp::Failure& failure) {
+        tell(u"; error: " + failed(in, failure).message);
+        return false;
+    }
+}
+
+[[maybe_unused]] const bool kAnswersPrompts = [] {
+    setExpressionEvaluator(answerOf);
+    return true;
+}();
 
 }  // namespace
 
@@ -161,10 +188,6 @@ void resetLisp() {
     session().renew();
 }
 
-void setLispLineSource(std::function<std::optional<std::u16string>()> source) {
-    session().interpreter->lineSource = std::move(source);
-}
-
 std::vector<LispFunction> lispFunctions() {
     std::vector<LispFunction> functions;
     const lisp::SymbolTable& symbols = session().interpreter->symbols;
@@ -186,6 +209,11 @@ std::vector<LispFunction> lispFunctions() {
     std::sort(functions.begin(), functions.end(),
               [](const LispFunction& a, const LispFunction& b) { return a.name < b.name; });
     return functions;
+}
+
+bool isLispSymbol(std::u16string_view name) {
+    const lisp::Symbol* symbol = session().interpreter->symbols.find(name);
+    return symbol != nullptr && static_cast<bool>(symbol->value);
 }
 
 std::vector<std::u16string> lispSymbols() {

@@ -59,9 +59,6 @@ HOST_API bool interruptLisp();
 /// Starts afresh: all symbols lose their values, native functions stay defined.
 HOST_API void resetLisp();
 
-/// Gives read-line and read-char without a file their lines; nothing at the end.
-HOST_API void setLispLineSource(std::function<std::optional<std::u16string>()> source);
-
 struct LispFunction {
     std::u16string name;  ///< lower case for the language's own functions, else as it was defined
     std::string usage;    ///< the form with its arguments; empty for native and user functions
@@ -69,6 +66,8 @@ struct LispFunction {
 };
 /// All functions that can be called now, by name.
 HOST_API std::vector<LispFunction> lispFunctions();
+/// True for the name of a symbol that has a value, in any case.
+HOST_API bool isLispSymbol(std::u16string_view name);
 /// Names of all symbols that have a value, in upper case.
 HOST_API std::vector<std::u16string> lispSymbols();
 

@@ -173,8 +173,21 @@ ACAD_API int acdbDictRemove(const ads_name dictionary, const ACHAR* key);
 /// Renames an entry. @return RTREJ for a missing old or a used new key
 ACAD_API int acdbDictRename(const ads_name dictionary, const ACHAR* oldKey, const ACHAR* newKey);
 
-/// Distance text to number: `unit` -1 is the drawing's linear unit (LUNITS), 1 to 5 as LUNITS.
+// --- units --------------------------------------------------------------------------------------
+
+/// Distance as text, with what DIMZIN and UNITMODE say. `unit` -1 is the drawing's linear unit, 1
+/// to 5 as LUNITS; `precision` -1 is the drawing's (LUPREC). @return RTERROR for unknown units, no
+/// number, and a text that does not fit `size` units with its end
+ACAD_API int acdbRToS(ads_real value, int unit, int precision, ACHAR* text, size_t size);
+/// Distance text to number: all spellings are read in all units. `unit` as in acdbRToS.
 ACAD_API int acdbDisToF(const ACHAR* text, int unit, ads_real* value);
+/// Direction [radians from the x axis] as text, counted from ANGBASE in the sense of ANGDIR. `unit`
+/// -1 is the drawing's angular unit, 0 to 4 as AUNITS; `precision` -1 is the drawing's (AUPREC).
+/// @return as acdbRToS
+ACAD_API int acdbAngToS(ads_real radians, int unit, int precision, ACHAR* text, size_t size);
+/// Angle text to direction, from 0 to below the full circle; the inverse of acdbAngToS. Marks in
+/// the text win over `unit`.
+ACAD_API int acdbAngToF(const ACHAR* text, int unit, ads_real* radians);
 
 // --- editor -----------------------------------------------------------------------------------
 

@@ -168,9 +168,10 @@ class ACAD_API AcDbDatabase {
     /// @return eNullHandle, eUnknownHandle; `id` is then as it was
     Acad::ErrorStatus getAcDbObjectId(AcDbObjectId& id, bool createIfNotFound,
                                       const AcDbHandle& handle) const;
-    /// Switches undo recording; stays until it is switched back.
+    /// Switches undo recording; stays until it is switched back. What changes meanwhile stays when
+    /// the step that it fell into is undone, unless that step changed the same object before.
     void disableUndoRecording(bool disable);
-    bool undoRecording() const { return !undo_disabled_; }
+    bool undoRecording() const;
     /// The record of the block under which this drawing is attached to another; null when it isn't.
     AcDbObjectId xrefBlockId() const;
 
@@ -179,7 +180,6 @@ class ACAD_API AcDbDatabase {
     explicit AcDbDatabase(host::Database& drawing);
     std::unique_ptr<host::Database> own_;  ///< of one that somebody constructed
     host::Database* drawing_ = nullptr;
-    bool undo_disabled_ = false;
     mutable std::u16string file_name_;
 };
 

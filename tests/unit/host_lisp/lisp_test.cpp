@@ -1,5 +1,6 @@
 // The interface around the interpreter: outcomes, error places, handlers, interrupts, lists of
 // functions.
+#include "host/input.h"
 #include "host/lisp.h"
 
 #include <gtest/gtest.h>
@@ -147,12 +148,12 @@ TEST_F(Lisp, a_reset_forgets_symbols_and_keeps_native_functions) {
 
 TEST_F(Lisp, lines_for_read_line_come_from_the_source) {
     int left = 2;
-    host::setLispLineSource([&]() -> std::optional<std::u16string> {
-        if (left-- == 0) return std::nullopt;
-        return u"answer";
+    host::setInputReader([&](std::u16string_view) -> host::InputLine {
+        if (left-- == 0) return {};
+        return {host::InputLine::Kind::Text, u"answer"};
     });
     EXPECT_EQ(eval(u"(list (read-line) (read-char) (read-line))"), u"(\"answer\" 97 nil)");
-    host::setLispLineSource({});
+    host::setInputReader({});
 }
 
 TEST_F(Lisp, every_function_of_the_language_explains_itself) {

@@ -1,0 +1,230 @@
+/// Input from the user, and commands.
+#include "acad/ed.h"
+#include "command/run.h"
+#include "edit/input.h"
+#include "lisp/builtin.h"
+#include "lisp/input_token.h"
+#include "lisp/interpreter.h"
+#include "lisp/selection_set.h"
+
+namespace host::lisp {
+
+namespace {
+
+constexpr size_t kTextRoom = 256;
+
+/// nil, or the text of a prompt.
+std::u16string promptArg(Interpreter& in, const Value& value) {
+    return value.isNil() ? std::u16string() : std::u16string(textArg(in, value));
+}
+
+/// A list of two or three numbers.
+bool pointOf(const Value& value, ads_point out) {
+    const Value* rest = &value;
+    int count = 0;
+    for (; rest->isCons() && count < 3; rest = &rest->cons()->cdr, ++count) {
+        if (!rest->cons()->car.isNumber()) return false;
+        out[count] = rest->cons()->car.number();
+    }
+    if (count == 2) out[2] = 0.0;
+    return count >= 2 && rest->isNil();
+}
+
+Value pointValue(const ads_point point) {
+    return makeList(Value::real(point[0]), Value::real(point[1]), Value::real(point[2]));
+}
+
+/// The value of an input function: of a keyword its text, of Enter nil.
+Value answer(Interpreter& in, int status, const Value& value) {
+    ACHAR text[kTextRoom];
+    switch (status) {
+        case RTNORM:
+            return value;
+        case RTNONE:
+            return {};
+        case RTKWORD:
+            return acedGetInput(text) == RTNORM ? makeText(text) : Value();
+        default:
+            in.fail(u"Function cancelled");
+    }
+}
+
+/// [point] [prompt] in either place, as the functions with a base point take them.
+struct PointPrompt {
+    PointPrompt(Interpreter& in, Args args) {
+        for (const Value& arg : args) {
+            if (arg.isText()) {
+                prompt = arg.text();
+            } else if (!arg.isNil()) {
+                if (!pointOf(arg, point)) in.badArgument(u"point", arg);
+                base = point;
+            }
+        }
+    }
+    ads_point point = {0, 0, 0};
+    const double* base = nullptr;
+    std::u16string prompt;
+};
+
+Value initget(Interpreter& in, Args args) {
+    int flags = 0;
+    std::u16string words;
+    for (const Value& arg : args) {
+        if (arg.isText()) {
+            words = arg.text();
+        } else if (!arg.isNil()) {
+            flags = integerArg(in, arg);
+        }
+    }
+    if (acedInitGet(flags, words.c_str()) != RTNORM) in.failWith(u"bad initget bits", args[0]);
+    return {};
+}
+
+Value getpoint(Interpreter& in, Args args) {
+    const PointPrompt asked(in, args);
+    ads_point point = {0, 0, 0};
+    const int status = acedGetPoint(asked.base, asked.prompt.c_str(), point);
+    return answer(in, status, pointValue(point));
+}
+
+Value getcorner(Interpreter& in, Args args) {
+    const PointPrompt asked(in, args);
+    if (asked.base == nullptr) in.badArgument(u"point", args[0]);
+    ads_point point = {0, 0, 0};
+    const int status = acedGetCorner(asked.base, asked.prompt.c_str(), point);
+    return answer(in, status, pointValue(point));
+}
+
+using Measure = int (*)(const ads_point, const ACHAR*, ads_real*);
+
+Value measure(Interpreter& in, Args args, Measure get) {
+    const PointPrompt asked(in, args);
+    double value = 0.0;
+    const int status = get(asked.base, asked.prompt.c_str(), &value);
+    return answer(in, status, Value::real(value));
+}
+
+Value getdist(Interpreter& in, Args args) {
+    return measure(in, args, acedGetDist);
+}
+
+Value getangle(Interpreter& in, Args args) {
+    return measure(in, args, acedGetAngle);
+}
+
+Value getorient(Interpreter& in, Args args) {
+    return measure(in, args, acedGetOrient);
+}
+
+Value getreal(Interpreter& in, Args args) {
+    double value = 0.0;
+    const int status = acedGetReal(promptArg(in, optionalArg(args, 0)).c_str(), &value);
+    return answer(in, status, Value::real(value));
+}
+
+Value getint(Interpreter& in, Args args) {
+    int value = 0;
+    const int status = acedGetInt(promptArg(in, optionalArg(args, 0)).c_str(), &value);
+    return answer(in, status, Value::integer(value));
+}
+
+Value getstring(Interpreter& in, Args args) {
+    const bool only_prompt = args.size() == 1 && args[0].isText();
+    const bool blanks = !only_prompt && !optionalArg(args, 0).isNil();
+    const std::u16string prompt = promptArg(in, optionalArg(args, only_prompt ? 0 : 1));
+    ACHAR text[kTextRoom];
+    const int status = acedGetString(blanks ? 1 : 0, prompt.c_str(), text);
+    return answer(in, status, status == RTNORM ? makeText(text) : Value());
+}
+
+Value getkword(Interpreter& in, Args args) {
+    ACHAR text[kTextRoom];
+    const int status = acedGetKword(promptArg(in, optionalArg(args, 0)).c_str(), text);
+    return answer(in, status == RTNORM ? static_cast<int>(RTKWORD) : status, Value());
+}
+
+// --- commands -----------------------------------------------------------------------------------
+
+InputToken tokenOf(Interpreter& in, const Value& value) {
+    if (value.isText() && value.text() == u"\\") return InputToken::of(InputToken::Kind::Pause);
+    InputToken token;
+    if (!answerToken(value, token)) in.failWith(u"bad command argument", value);
+    return token;
+}
+
+/// Its arguments are evaluated one by one, each when the command has taken those before it.
+Value command(Interpreter& in, const Cons* form) {
+    if (!runningCommand().empty() && !RestingCommand::exists()) {
+        in.fail(u"a command is running: only its own answers can be given");
+    }
+    const Value* rest = &form->cdr;
+    if (rest->isNil()) RestingCommand::cancel();
+    for (; rest->isCons(); rest = &rest->cons()->cdr) {
+        const Value value = in.eval(rest->cons()->car);
+        const InputToken token = tokenOf(in, value);
+        if (RestingCommand::feed(token) != CommandEnd::Done) break;
+    }
+    return {};
+}
+
+Value commandS(Interpreter& in, Args args) {
+    std::vector<InputToken> tokens;
+    for (const Value& value : args)
+        tokens.push_back(tokenOf(in, value));
+    if (!runningCommand().empty()) in.fail(u"a command is running");
+    runCommands(std::move(tokens));
+    return {};
+}
+
+const Builtin kRows[] = {
+    {"initget", 0, 2, initget, "(initget [bits] [keywords])",
+     "Prepares the next input function: refused answers and keywords."},
+    {"getpoint", 0, 2, getpoint, "(getpoint [base] [prompt])", "Asks for a point."},
+    {"getcorner", 1, 2, getcorner, "(getcorner base [prompt])",
+     "Asks for the corner of a window that starts at a point."},
+    {"getdist", 0, 2, getdist, "(getdist [base] [prompt])",
+     "Asks for a distance, typed or by points."},
+    {"getangle", 0, 2, getangle, "(getangle [base] [prompt])",
+     "Asks for an angle in radians, typed or by points."},
+    {"getorient", 0, 2, getorient, "(getorient [base] [prompt])",
+     "Asks for a direction in radians from the x axis."},
+    {"getreal", 0, 1, getreal, "(getreal [prompt])", "Asks for a number."},
+    {"getint", 0, 1, getint, "(getint [prompt])", "Asks for an integer."},
+    {"getstring", 0, 2, getstring, "(getstring [blanks] [prompt])",
+     "Asks for a text; with blanks not nil it may hold blanks."},
+    {"getkword", 0, 1, getkword, "(getkword [prompt])", "Asks for a keyword of initget."},
+    {"command", Operands::Evaluated, command, "(command [argument ...])",
+     "Runs commands and answers their prompts; without arguments cancels; gives nil."},
+    {"command-s", 1, kAnyNumber, commandS, "(command-s argument ...)",
+     "Runs commands that ask for no more than what is given; gives nil."},
+};
+
+}  // namespace
+
+bool answerToken(const Value& value, InputToken& token) {
+    ads_point point = {0, 0, 0};
+    if (value.isText()) {
+        token = InputToken::ofText(value.text());
+    } else if (value.isInteger()) {
+        token = InputToken::ofInteger(value.integer());
+    } else if (value.isReal()) {
+        token = InputToken::ofReal(value.real());
+    } else if (value.isNil()) {
+        token = InputToken::of(InputToken::Kind::Cancel);
+    } else if (value.is(Kind::EntityName)) {
+        token = InputToken::ofName(InputToken::Kind::Entity, value.as<EntityName>()->name);
+    } else if (value.is(Kind::SelectionSet)) {
+        token = InputToken::ofName(InputToken::Kind::Set, value.as<SelectionSet>()->name);
+    } else if (pointOf(value, point)) {
+        token = InputToken::ofPoint(point);
+    } else {
+        return false;
+    }
+    return true;
+}
+
+std::span<const Builtin> inputBuiltins() {
+    return kRows;
+}
+
+}  // namespace host::lisp
