@@ -15,6 +15,7 @@ for entities in $(( ${1:-100000} / 10 )) "${1:-100000}"; do
     drawings+=("$drawing")
 done
 build/release/bench_spine "${drawings[@]}"
+build/release/bench_undo
 build/release/bench_trace
 echo
 /usr/bin/python3 -B bench/peers/ezdxf_spine.py "${drawings[@]}"

@@ -203,6 +203,8 @@ int acdbRegApp(const ACHAR* app) {
     if (database == nullptr || app == nullptr) return RTERROR;
     if (database->findSymbol("APPID", app) != host::kNoSlot) return RTNORM;
     if (acdbSNValid(app, 1) != RTNORM) return RTERROR;
+    // Readers register, too, and a reader must not end what could be redone.
+    const host::UndoPause pause(database->undo());
     host::Tags tags;
     tags.emplace_back(70, int64_t{0});
     return database->makeSymbol("APPID", app, std::move(tags)) != host::kNoSlot ? RTNORM : RTERROR;

@@ -329,11 +329,11 @@ bool writeFile(Database& database, const std::string& path, std::string& error) 
         return refuse("a folder, no drawing can be saved there");
     }
     Composition composition;
-    // The next handle goes into the header; nobody wants to undo that.
-    const bool disabled = database.undo().isDisabled();
-    database.undo().disable(true);
-    compose(database, composition);
-    database.undo().disable(disabled);
+    {
+        // The next handle goes into the header; nobody wants to undo that.
+        const UndoPause pause(database.undo());
+        compose(database, composition);
+    }
     ReplacementFile file(resolvedPath(path));
     if (!file.isOpen()) return refuse(file.cause());
     if (!file.write(composition.pieces) || !file.commit()) return refuse(file.cause());
