@@ -142,8 +142,7 @@ constexpr kz::FieldForm kValuesAndBrace = {true, false, true, false};
 
 /// Replaces the values behind the name node, so that the field keeps its place. `tail` is the end
 /// of the whole chain and moves when the field is the last one.
-bool replaceField(kz::ChainTail& tail, resbuf* name, const kz_FldNode& field,
-                  FieldPlaces& places) {
+bool replaceField(kz::ChainTail& tail, resbuf* name, const kz_FldNode& field, FieldPlaces& places) {
     if (name->rbnext == nullptr) return false;
     resbuf* rest = cutValues(name, places);
     kz::ChainTail values(&name->rbnext);

@@ -6,6 +6,7 @@
 
 #include "acad/ads.h"
 #include "acad/db.h"
+#include "acad/dict.h"
 #include "acad/ge.h"
 #include "acad/rx.h"
 #include "kz_tls21an/diag.h"
