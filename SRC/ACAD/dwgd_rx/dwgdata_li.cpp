@@ -1,8 +1,7 @@
 /// Lisp twins of the store of drawing data. They print nothing; whatever fails gives nil.
 ///
 /// In the forms, `dictName` and `xGroup` are the keys of an application's dictionary and of a
-/// record in it, and `drawing` is a drawing id as kz_CADDwgId_create gives it: the drawing in the
-/// editor where it is left out or nil.
+/// record in it, and `drawing` is a drawing id as kz_CADDwgId_create gives it.
 #include "kz/kz_dwgdata.h"
 #include "trace.h"
 #include "twin.h"
@@ -115,7 +114,7 @@ KZ_TWIN kz_DwgData_getFldList_li(void) {
     return 1;
 }
 
-/// (kz_DwgData_getFld dictName xGroup [fieldName] [drawing]) -> fldlst | nil
+/// (kz_DwgData_getFld dictName xGroup [field] [drawing]) -> fldlst | nil
 /// The one field of that name as a field list; all of them without a name.
 KZ_TWIN kz_DwgData_getFld_li(void) {
     DrawingDataCall call(KZ_T("kz_DwgData_getFld_li"));
@@ -142,9 +141,9 @@ KZ_TWIN kz_DwgData_getXGroups_li(void) {
     return 1;
 }
 
-/// (kz_DwgData_setFldList dictName xGroup fldlst [clearExisting] [drawing]) -> nothing | nil
+/// (kz_DwgData_setFldList dictName xGroup fldlst [clearExisting] [drawing]) -> void | nil
 /// Each field of the list replaces the field of that name or is appended; with clearExisting not 0
-/// the list replaces all that the record has. Gives no value when it was written.
+/// the list replaces all that the record has.
 KZ_TWIN kz_DwgData_setFldList_li(void) {
     DrawingDataCall call(KZ_T("kz_DwgData_setFldList_li"));
     const kz_Char* dict_name = call.key();
@@ -158,11 +157,10 @@ KZ_TWIN kz_DwgData_setFldList_li(void) {
     return 1;
 }
 
-/// (kz_DwgData_setFld dictName xGroup fieldName type value [clear] [unique] [drawing]) -> nothing |
-/// nil
+/// (kz_DwgData_setFld dictName xGroup field type value [clear] [unique] [drawing]) -> void | nil
 /// Adds a value to the field, which is made when it is missing. type is a string that begins with
-/// C, H, I, L or N, value of that type. clear not 0 lets it replace the field's values, unique not
-/// 0 leaves out a value that is there already. Gives no value when it was written.
+/// C, H, I, L or N, and value is of that type. clear not 0 lets it replace the field's values,
+/// unique not 0 leaves out a value that is there already.
 KZ_TWIN kz_DwgData_setFld_li(void) {
     DrawingDataCall call(KZ_T("kz_DwgData_setFld_li"));
     const kz_Char* dict_name = call.key();
@@ -179,7 +177,7 @@ KZ_TWIN kz_DwgData_setFld_li(void) {
     return 1;
 }
 
-/// (kz_DwgData_deleteFldList dictName xGroup [drawing]) -> nothing | nil
+/// (kz_DwgData_deleteFldList dictName xGroup [drawing]) -> void | nil
 /// Removes the record; nil also when there is none.
 KZ_TWIN kz_DwgData_deleteFldList_li(void) {
     DrawingDataCall call(KZ_T("kz_DwgData_deleteFldList_li"));
@@ -190,7 +188,7 @@ KZ_TWIN kz_DwgData_deleteFldList_li(void) {
     return 1;
 }
 
-/// (kz_DwgData_deleteFld dictName xGroup fieldName [drawing]) -> nothing | nil
+/// (kz_DwgData_deleteFld dictName xGroup field [drawing]) -> void | nil
 /// Removes the field with all its values; nil also when there is no such field.
 KZ_TWIN kz_DwgData_deleteFld_li(void) {
     DrawingDataCall call(KZ_T("kz_DwgData_deleteFld_li"));
@@ -202,9 +200,8 @@ KZ_TWIN kz_DwgData_deleteFld_li(void) {
     return 1;
 }
 
-/// (kz_DwgData_deleteFldValue dictName xGroup fieldName type value [clearAll] [drawing]) -> nothing
-/// | nil
-/// Removes the first equal value of the field, or all with clearAll not 0; type and value as in
+/// (kz_DwgData_deleteFldValue dictName xGroup field type value [all] [drawing]) -> void | nil
+/// Removes the first equal value of the field, or all of them with all not 0; type and value as in
 /// kz_DwgData_setFld. nil also when there is no such value.
 KZ_TWIN kz_DwgData_deleteFldValue_li(void) {
     DrawingDataCall call(KZ_T("kz_DwgData_deleteFldValue_li"));
