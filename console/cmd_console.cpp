@@ -1,6 +1,7 @@
 /// The console: expressions from the terminal, or plainly from a pipe.
 #include <unistd.h>
 
+#include <algorithm>
 #include <csignal>
 #include <iostream>
 #include <memory>
@@ -41,6 +42,22 @@ std::string continuation(const ExpressionScanner& scanner) {
 
 extern "C" void onCancel(int) {}
 
+/// Lets Ctrl-C end the reading of a line, and nothing else, as long as this lives.
+class CancelsReading {
+  public:
+    CancelsReading() {
+        struct sigaction cancel {};
+        cancel.sa_handler = onCancel;  // without SA_RESTART
+        sigaction(SIGINT, &cancel, &before_);
+    }
+    ~CancelsReading() { sigaction(SIGINT, &before_, nullptr); }
+    CancelsReading(const CancelsReading&) = delete;
+    CancelsReading& operator=(const CancelsReading&) = delete;
+
+  private:
+    struct sigaction before_ {};
+};
+
 /// Reads an expression, on as many lines as it takes. Nothing at the end of the input.
 std::optional<std::string> readExpression(LineEditor& editor) {
     std::string text, line;
@@ -73,15 +90,20 @@ bool isCommandLine(const std::string& text) {
     return named && !word.starts_with(u'\'') && !host::isLispSymbol(word);
 }
 
+/// Shows the error of an expression. At a terminal one that an *error* function took is done with.
+Status tellOutcome(const host::LispOutcome& outcome, bool terminal) {
+    return terminal && outcome.handled ? kLispError : report(outcome);
+}
+
 /// Does what a line or an expression asks for and shows what comes of it.
-Status perform(const std::string& text) {
-    if (!isCommandLine(text)) return report(evaluate(text));
+Status perform(const std::string& text, bool terminal) {
+    if (!isCommandLine(text)) return tellOutcome(evaluate(text), terminal);
     const Interruptible interruptible;
     const std::u16string line = kz::toUtf16(text);
     const std::u16string word = line.substr(0, line.find_first_of(u" \t\r\n"));
     // (defun c:NAME ...) makes a command of its own.
     if (!host::isCommand(word) && host::isLispSymbol(u"C:" + word)) {
-        return report(evaluate("(c:" + kz::toUtf8(word) + ")"));
+        return tellOutcome(evaluate("(c:" + kz::toUtf8(word) + ")"), terminal);
     }
     const bool done = host::runCommandLine(line);
     host::flush();
@@ -153,6 +175,7 @@ host::InputLine readAnswer(LineEditor& editor, std::u16string_view prompt) {
     const size_t last = prompt.rfind(u'\n') + 1;
     if (last > 1) host::write(host::Channel::Message, prompt.substr(0, last));
     host::flush();
+    const CancelsReading cancels;
     switch (editor.read(kz::toUtf8(prompt.substr(last)), line)) {
         case LineEditor::Event::End:
             return {};
@@ -175,11 +198,12 @@ Status talk(const std::string& path, bool scripted) {
             [&editor](std::u16string_view prompt) { return readAnswer(editor, prompt); });
     }
     std::string last_command;
-    struct sigaction cancel {};
-    cancel.sa_handler = onCancel;  // without SA_RESTART, so that it ends the reading of a line
     for (;;) {
-        sigaction(SIGINT, &cancel, nullptr);
-        const auto text = readExpression(editor);
+        std::optional<std::string> text;
+        {
+            const CancelsReading cancels;
+            text = readExpression(editor);
+        }
         if (!text) break;
         const bool blank = text->find_first_not_of(" \t\r\n") == std::string::npos;
         // Enter alone does the last command again.
@@ -194,7 +218,7 @@ Status talk(const std::string& path, bool scripted) {
             continue;
         }
         const bool command = isCommandLine(wanted);
-        perform(wanted);
+        perform(wanted, true);
         if (!blank) last_command = command ? wanted.substr(0, wanted.find_first_of(" \r\n")) : "";
         freshLine();
     }
@@ -222,11 +246,11 @@ Status readPlainly(bool scripted) {
         text += line;
         scanner.feed(line);
         if (!scanner.complete()) continue;
-        if (text.find_first_not_of(" \t\r\n") != std::string::npos) status = perform(text);
+        if (text.find_first_not_of(" \t\r\n") != std::string::npos) status = perform(text, false);
         text.clear();
         scanner = {};
     }
-    if (status == kDone && !text.empty()) status = perform(text);
+    if (status == kDone && !text.empty()) status = perform(text, false);
     host::setInputReader({});
     return status;
 }

@@ -26,7 +26,9 @@ void kz_CADDwgId_toADSName(ads_name out, const kz_CADDwgId* drawing) {
 
 kz_CADDwgId* kz_CADDwgId_fromADSName(const ads_name name, int check) {
     if (name == nullptr) return nullptr;
-    return kz_CADDwgId_check(reinterpret_cast<kz_CADDwgId*>(static_cast<intptr_t>(name[0])), check);
+    const auto address = static_cast<intptr_t>(name[0]);
+    // NOLINTNEXTLINE(performance-no-int-to-ptr): this is how an id travels
+    return kz_CADDwgId_check(reinterpret_cast<kz_CADDwgId*>(address), check);
 }
 
 kz_CADDwgId* kz_CADDwgId_check(kz_CADDwgId* drawing, int check) {

@@ -131,6 +131,21 @@ class UndoJournal {
     bool layers_swapped_ = false;
 };
 
+/// Keeps a journal from recording as long as it lives.
+class UndoPause {
+  public:
+    explicit UndoPause(UndoJournal& journal) : journal_(journal), before_(journal.isDisabled()) {
+        journal_.disable(true);
+    }
+    ~UndoPause() { journal_.disable(before_); }
+    UndoPause(const UndoPause&) = delete;
+    UndoPause& operator=(const UndoPause&) = delete;
+
+  private:
+    UndoJournal& journal_;
+    bool before_;
+};
+
 /// Number of the present step boundary; 0 outside of steps, where nothing is recorded.
 uint32_t undoBoundary();
 /// Ends the present step; what changes next begins another one.

@@ -146,8 +146,8 @@ ACAD_API int acdbEntDel(const ads_name name);
 ACAD_API int acdbEntLast(ads_name name);
 /// The entity behind `name`, from the start of the drawing for NULL; sub-entities are met too.
 ACAD_API int acdbEntNext(const ads_name name, ads_name next);
-/// Registers an application name. @return RTNORM also when it is registered already; RTERROR for a
-/// name that can't be one
+/// Registers an application name, which is never undone. @return RTNORM also when it is registered
+/// already; RTERROR for a name that can't be one
 ACAD_API int acdbRegApp(const ACHAR* app);
 /// Groups of the table record (or block) `name`; NULL when there is none.
 ACAD_API resbuf* acdbTblSearch(const ACHAR* table, const ACHAR* name, int setNext);

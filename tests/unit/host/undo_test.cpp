@@ -16,14 +16,15 @@ using dxf_text::line;
 
 class UndoTest : public testing::Test {
   protected:
-    UndoTest() : original_(drawing(line("30", "0", "62 3") + line("31") + line("32"))) {
+    UndoTest() {
+        const std::string text = drawing(line("30", "0", "62 3") + line("31") + line("32"));
         std::string error;
-        EXPECT_TRUE(host::openDrawing(folder_.write("in.dxf", original_), error)) << error;
+        EXPECT_TRUE(host::openDrawing(folder_.write("in.dxf", text), error)) << error;
+        acdbRegApp(u"KZ");
     }
     ~UndoTest() override { host::closeDrawing(); }
 
     static void setField(const char16_t* handle, int value) {
-        acdbRegApp(u"KZ");
         AcDbObjectId id;
         ASSERT_EQ(acdbGetObjectId(id, Ename(handle).name), Acad::eOk);
         AcDbObject* object = nullptr;
@@ -69,7 +70,6 @@ class UndoTest : public testing::Test {
     }
 
     TempFolder folder_;
-    std::string original_;
 };
 
 TEST_F(UndoTest, steps_come_back_one_by_one_and_go_again) {
@@ -114,6 +114,7 @@ TEST_F(UndoTest, a_change_ends_what_could_be_redone_and_nothing_is_kept_outside_
 }
 
 TEST_F(UndoTest, an_undone_drawing_is_its_file_again_but_for_the_next_handle) {
+    const std::string original = saved();
     {
         const host::UndoStep step("ALL");
         setField(u"30", 1);
@@ -142,7 +143,7 @@ TEST_F(UndoTest, an_undone_drawing_is_its_file_again_but_for_the_next_handle) {
             end = text.find('\n', end) + 1;
         return text.erase(start, end - start);
     };
-    EXPECT_EQ(withoutSeed(undone), withoutSeed(original_));
+    EXPECT_EQ(withoutSeed(undone), withoutSeed(original));
     host::redo();
     EXPECT_EQ(saved(), changed);
 }

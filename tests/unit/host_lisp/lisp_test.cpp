@@ -1,7 +1,7 @@
 // The interface around the interpreter: outcomes, error places, handlers, interrupts, lists of
 // functions.
-#include "host/input.h"
 #include "host/lisp.h"
+#include "host/input.h"
 
 #include <gtest/gtest.h>
 
