@@ -12,6 +12,7 @@
 
 namespace host {
 class Database;
+struct NewObject;
 struct ObjectRecord;
 }  // namespace host
 
@@ -58,6 +59,7 @@ enum OpenMode { kForRead = 0, kForWrite = 1, kForNotify = 2 };
 }
 
 class AcDbDatabase;
+class AcDbDictionary;
 class AcDbObject;
 
 /// Id of a database object: leads to a slot of its database's object table. Valid as long as that
@@ -77,15 +79,19 @@ class AcDbObjectId {
 };
 
 /// Base of all database objects. Instances are the database's own; callers hold them between
-/// acdbOpenObject and close.
+/// acdbOpenObject and close. One that a caller makes is his until a drawing takes it over: then it
+/// is open for write.
 class ACAD_API AcDbObject {
   public:
     virtual ~AcDbObject();
     AcDbObject(const AcDbObject&) = delete;
     AcDbObject& operator=(const AcDbObject&) = delete;
+    /// Objects come from the suite's heap: `new` gives NULL when there is no memory.
+    static void* operator new(size_t size) noexcept;
+    static void operator delete(void* block) noexcept;
 
     AcDbObjectId objectId() const;
-    /// The drawing that holds the object; lent.
+    /// The drawing that holds the object; lent. NULL for one that is in none.
     AcDbDatabase* database() const;
     /// Ends this opening. @return eOk; the status of a close without an open otherwise
     Acad::ErrorStatus close();
@@ -115,10 +121,14 @@ class ACAD_API AcDbObject {
   protected:
     AcDbObject() = default;
 
+    host::Database* database_ = nullptr;  ///< NULL for an object that is in no drawing
+    uint32_t slot_ = 0;
+
   private:
     friend class host::Database;
-    host::Database* database_ = nullptr;
-    uint32_t slot_ = 0;
+    /// Says what a drawing that takes the object over has to make of it. @return
+    /// eNotThatKindOfClass for a class that callers don't make
+    virtual Acad::ErrorStatus describe(host::NewObject& out);
 };
 
 /// A graphical object.
@@ -168,6 +178,13 @@ class ACAD_API AcDbDatabase {
     /// @return eNullHandle, eUnknownHandle; `id` is then as it was
     Acad::ErrorStatus getAcDbObjectId(AcDbObjectId& id, bool createIfNotFound,
                                       const AcDbHandle& handle) const;
+    /// Opens the named objects dictionary, which is made when the drawing has none. @return
+    /// eNoDatabase without a drawing, else as acdbOpenObject; `dictionary` is then NULL
+    Acad::ErrorStatus getNamedObjectsDictionary(AcDbDictionary*& dictionary,
+                                                AcDb::OpenMode mode = AcDb::kForRead) const;
+    /// The same for the dictionary of groups, ACAD_GROUP.
+    Acad::ErrorStatus getGroupDictionary(AcDbDictionary*& dictionary,
+                                         AcDb::OpenMode mode = AcDb::kForRead) const;
     /// Switches undo recording; stays until it is switched back. What changes meanwhile stays when
     /// the step that it fell into is undone, unless that step changed the same object before.
     void disableUndoRecording(bool disable);
