@@ -4,6 +4,7 @@
 #define SRC_GUARDS_H
 
 #include <memory>
+#include <utility>
 
 #include "kz/kz_rb.h"
 
@@ -30,6 +31,9 @@ using OwnedText = std::unique_ptr<kz_Char, Destroyer<kz_Free>>;
 template <class T>
 class Opened {
   public:
+    Opened() = default;
+    /// Takes an object that is open, or NULL.
+    explicit Opened(T* object) : object_(object) {}
     /// Opens the object behind an entity name; nothing is open for a name that leads nowhere.
     Opened(const ads_name name, AcDb::OpenMode mode, bool open_erased) {
         AcDbObjectId id;
@@ -37,6 +41,11 @@ class Opened {
         if (acdbOpenObject(object_, id, mode, open_erased) != Acad::eOk) object_ = nullptr;
     }
     ~Opened() { close(); }
+    Opened(Opened&& other) noexcept : object_(std::exchange(other.object_, nullptr)) {}
+    Opened& operator=(Opened&& other) noexcept {
+        std::swap(object_, other.object_);
+        return *this;
+    }
     Opened(const Opened&) = delete;
     Opened& operator=(const Opened&) = delete;
 

@@ -27,6 +27,8 @@ names the point's type by its first letter (M, D, O; any other P).
 `drawing` is a drawing id: an entity name that is no entity, so AutoLISP's own functions refuse it. It is good
 until its use ends. Where it may be left out, nil is the drawing in the editor. The functions on drawing ids
 put a wrong or missing argument on the error list.
+
+`dictName` and `xGroup` are the keys of an application's dictionary in the drawing, and of a record in it.
 """
 
 

@@ -1,7 +1,10 @@
 /// The XDATA field store on chains: this folder holds the logic that needs no open object. A chain
 /// is one application's part, from its 1001 node on, except where a full entity list is named.
+#include <cstring>
+
 #include "RB/field_writer.h"
 #include "checks.h"
+#include "field_chain.h"
 #include "guards.h"
 #include "kz/kz_fldcnv.h"
 #include "kz/kz_point_cnv.h"
@@ -42,14 +45,96 @@ void releaseBehind(resbuf* node) {
     node->rbnext = nullptr;
 }
 
+/// The first name node of a field from `node` on: a text behind an opening brace.
+resbuf* nextName(resbuf* node) {
+    for (; node != nullptr; node = node->rbnext) {
+        if (!isBrace(node, KZ_T('{')) || node->rbnext == nullptr) continue;
+        node = node->rbnext;
+        if (kz_Rb_typeRb(node) == KZ_RB_STRING) return node;
+    }
+    return nullptr;
+}
+
+/// Where the fields of a chain are. A few names are found by walking along the chain; for more of
+/// them the name nodes are hashed first, so that a long list on a long chain takes time by the sum
+/// of their lengths.
+class FieldPlaces {
+  public:
+    /// `names` is how many will be asked for at most.
+    FieldPlaces(resbuf* chain, int names) : chain_(chain) {
+        constexpr int kFewNames = 8;
+        if (names > kFewNames) makeIndex(static_cast<size_t>(names));
+    }
+    ~FieldPlaces() { forgetIndex(); }
+    FieldPlaces(const FieldPlaces&) = delete;
+    FieldPlaces& operator=(const FieldPlaces&) = delete;
+
+    /// The name node of the first field of that name; NULL when there is none.
+    resbuf* find(const kz_Char* name) const {
+        if (cells_ != nullptr) return *cellOf(name);
+        resbuf* found = nullptr;
+        kz_Xdata_findField(&found, name, chain_);
+        return found;
+    }
+    /// A field was appended to the chain.
+    void add(resbuf* name) {
+        if (chain_ == nullptr) chain_ = name;
+        if (cells_ != nullptr) enter(name);
+    }
+    /// The index doesn't fit the chain any more.
+    void forgetIndex() {
+        kz_Free(cells_);
+        cells_ = nullptr;
+    }
+
+  private:
+    /// Without memory there is no index, and names are found by walking.
+    void makeIndex(size_t names) {
+        for (resbuf* name = nextName(chain_); name != nullptr; name = nextName(name->rbnext))
+            ++names;
+        size_t capacity = 32;
+        while (capacity < names * 2)
+            capacity *= 2;
+        cells_ = static_cast<resbuf**>(kz_Malloc(capacity * sizeof(resbuf*)));
+        if (cells_ == nullptr) return;
+        std::memset(cells_, 0, capacity * sizeof(resbuf*));
+        mask_ = capacity - 1;
+        for (resbuf* name = nextName(chain_); name != nullptr; name = nextName(name->rbnext))
+            enter(name);
+    }
+
+    void enter(resbuf* name) {
+        resbuf** cell = cellOf(name->resval.rstring);
+        if (*cell == nullptr) *cell = name;
+    }
+
+    /// The cell of a name, an empty one when no field has it.
+    resbuf** cellOf(const kz_Char* name) const {
+        size_t at = 0;
+        for (const kz_Char* unit = name; unit != nullptr && *unit != 0; ++unit)
+            at = at * 31 + kz::upperUnit(*unit);
+        for (;; ++at) {
+            resbuf** cell = &cells_[at & mask_];
+            if (*cell == nullptr || kz_Str_cmpi((*cell)->resval.rstring, name) == 0) return cell;
+        }
+    }
+
+    resbuf* chain_;
+    resbuf** cells_ = nullptr;
+    size_t mask_ = 0;
+};
+
 /// Cuts the values of the field behind its name node, with their closing brace, and releases them.
 /// @return the nodes that followed the brace
-resbuf* cutValues(resbuf* name) {
+resbuf* cutValues(resbuf* name, FieldPlaces& places) {
     resbuf* values = name->rbnext;
     name->rbnext = nullptr;
     resbuf* last = values;
-    while (last->rbnext != nullptr && !isBrace(last, KZ_T('}')))
+    while (last->rbnext != nullptr && !isBrace(last, KZ_T('}'))) {
+        // A field that lacks its closing brace takes the following one along.
+        if (isBrace(last, KZ_T('{'))) places.forgetIndex();
         last = last->rbnext;
+    }
     return releaseThrough(values, last);
 }
 
@@ -57,9 +142,9 @@ constexpr kz::FieldForm kValuesAndBrace = {true, false, true, false};
 
 /// Replaces the values behind the name node, so that the field keeps its place. `tail` is the end
 /// of the whole chain and moves when the field is the last one.
-bool replaceField(kz::ChainTail& tail, resbuf* name, const kz_FldNode& field) {
+bool replaceField(kz::ChainTail& tail, resbuf* name, const kz_FldNode& field, FieldPlaces& places) {
     if (name->rbnext == nullptr) return false;
-    resbuf* rest = cutValues(name);
+    resbuf* rest = cutValues(name, places);
     kz::ChainTail values(&name->rbnext);
     const bool good = kz::appendField(values, field, kValuesAndBrace);
     *values.end() = rest;
@@ -67,9 +152,13 @@ bool replaceField(kz::ChainTail& tail, resbuf* name, const kz_FldNode& field) {
     return good;
 }
 
-bool appendNewField(kz::ChainTail& tail, const kz_Char* name, const kz_FldNode& field) {
-    return tail.append(kBrace, KZ_T("{")) && tail.append(kFieldName, name) &&
-           kz::appendField(tail, field, kValuesAndBrace);
+bool appendNewField(kz::ChainTail& tail, const kz_Char* name, const kz_FldNode& field,
+                    FieldPlaces& places) {
+    if (!tail.append(kBrace, KZ_T("{"))) return false;
+    resbuf** name_link = tail.end();
+    if (!tail.append(kFieldName, name)) return false;
+    places.add(*name_link);
+    return kz::appendField(tail, field, kValuesAndBrace);
 }
 
 /// Stores the values of a field's group: the first in the place of what the field of the list held,
@@ -143,60 +232,41 @@ class ValueUpdate {
     bool first_ = true;
 };
 
-}  // namespace
-
-int kz_Xdata_findField(resbuf** out, const kz_Char* fieldName, resbuf* chain) {
-    if (fieldName == nullptr) return 0;
-    for (resbuf* node = chain; node != nullptr; node = node->rbnext) {
-        if (!isBrace(node, KZ_T('{')) || node->rbnext == nullptr) continue;
-        node = node->rbnext;
-        if (kz_Rb_typeRb(node) != KZ_RB_STRING) continue;
-        if (kz_Str_cmpi(node->resval.rstring, fieldName) != 0) continue;
-        *out = node;
-        return 1;
-    }
-    return 0;
+void traceMissing(const kz_Char* name) {
+    KZ_TRACEF(kz::kTraceExit, kz::kTraceData,
+              KZ_T("kz_XData_updateFldList - field '%s' not found."), name);
 }
 
-int kz_XData_fromFldList(resbuf* chain, kz_FldList* list, int clearExisting) {
-    if (chain == nullptr || list == nullptr) return 0;
-    if (clearExisting != 0) releaseBehind(chain);
-    kz::ChainTail tail(&chain->rbnext);
+}  // namespace
+
+bool kz::mergeFields(resbuf** fields, kz_FldList* list, bool look) {
+    ChainTail tail(fields);
+    FieldPlaces places(*fields, look ? kz_FldList_count(list) : 0);
     bool good = true;
     for (kz_FldList_start(list); good && kz_FldList_eol(list) == 0; kz_FldList_next(list)) {
         const kz_FldNode* field = kz_FldList_curr(list);
         kz_Char name[kNameSize];
         kz_Str_ncpy(name, field->name, kNameSize - 1);
-        resbuf* found = nullptr;
-        if (kz_Xdata_findField(&found, name, chain) == 1) {
-            good = replaceField(tail, found, *field);
+        resbuf* present = look ? places.find(name) : nullptr;
+        if (present != nullptr) {
+            good = replaceField(tail, present, *field, places);
         } else {
-            good = appendNewField(tail, name, *field);
+            good = appendNewField(tail, name, *field, places);
         }
     }
     return good;
 }
 
-kz_FldList* kz_XData_toFldList(resbuf* chain, const kz_Char* app) {
-    resbuf* head = kz_XData_getPointer(chain, app, 0);
-    if (head == nullptr) return nullptr;
-    resbuf* cursor = head->rbnext;
-    kz_FldList* list = nullptr;
-    return kz_Rb_convertRbToFldList(&list, &cursor, 1) == 1 ? list : nullptr;
-}
-
-int kz_XData_updateFldList(resbuf* chain, kz_FldList* list) {
-    if (chain == nullptr || list == nullptr) return 0;
+void kz::fillFields(resbuf* chain, kz_FldList* list, void (*missing)(const kz_Char* name)) {
+    const FieldPlaces places(chain, kz_FldList_count(list));
     kz_FldList_start(list);
     while (kz_FldList_eol(list) == 0) {
         kz_Char name[kNameSize];
         kz_Str_ncpy(name, kz_FldList_curr(list)->name, kNameSize - 1);
-        resbuf* node = nullptr;
-        if (kz_Xdata_findField(&node, name, chain) == 0) {
+        const resbuf* node = places.find(name);
+        if (node == nullptr) {
             kz_FldList_delCurr(list);
-            KZ_TRACEF(kz::kTraceExit, kz::kTraceData,
-                      KZ_T("kz_XData_updateFldList - field '%s' not found."),
-                      static_cast<const kz_Char*>(name));
+            if (missing != nullptr) missing(name);
             continue;
         }
         // Storing makes the first field of that name current, which may be an earlier one.
@@ -209,6 +279,35 @@ int kz_XData_updateFldList(resbuf* chain, kz_FldList* list) {
         kz_LnkList_setPos(list, position);
         kz_FldList_next(list);
     }
+}
+
+int kz_Xdata_findField(resbuf** out, const kz_Char* fieldName, resbuf* chain) {
+    if (fieldName == nullptr) return 0;
+    for (resbuf* name = nextName(chain); name != nullptr; name = nextName(name->rbnext)) {
+        if (kz_Str_cmpi(name->resval.rstring, fieldName) != 0) continue;
+        *out = name;
+        return 1;
+    }
+    return 0;
+}
+
+int kz_XData_fromFldList(resbuf* chain, kz_FldList* list, int clearExisting) {
+    if (chain == nullptr || list == nullptr) return 0;
+    if (clearExisting != 0) releaseBehind(chain);
+    return kz::mergeFields(&chain->rbnext, list, true);
+}
+
+kz_FldList* kz_XData_toFldList(resbuf* chain, const kz_Char* app) {
+    resbuf* head = kz_XData_getPointer(chain, app, 0);
+    if (head == nullptr) return nullptr;
+    resbuf* cursor = head->rbnext;
+    kz_FldList* list = nullptr;
+    return kz_Rb_convertRbToFldList(&list, &cursor, 1) == 1 ? list : nullptr;
+}
+
+int kz_XData_updateFldList(resbuf* chain, kz_FldList* list) {
+    if (chain == nullptr || list == nullptr) return 0;
+    kz::fillFields(chain, list, traceMissing);
     return 1;
 }
 

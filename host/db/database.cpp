@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "acad/dict.h"
 #include "base/resbuf.h"
 #include "db/links.h"
 #include "host/counters.h"
@@ -305,10 +306,12 @@ void Database::turnErased(Slot slot) {
     ObjectRecord& record = records_[slot];
     record.erased = !record.erased;
     noteChange();
-    if (dictionary(record.owner) != nullptr) {
+    if (DictionaryData* holder = dictionary(record.owner)) {
+        const size_t entry = holder->findHandle(record.handle);
+        if (entry != DictionaryData::kNone) holder->setHidden(entry, record.erased);
         // While the journal swaps, an owner that is as its file has it stays so.
         if (!undo_.isSwapping()) changeEntries(record.owner);
-        dictionaries_.at(record.owner)->changed = records_[record.owner].changed;
+        holder->changed = records_[record.owner].changed;
     }
     if (record.object_class == ObjectClass::TableRecord && !record.erased) {
         if (SymbolTable* symbols = table(typeName(slot))) {
@@ -347,13 +350,37 @@ void Database::setOwner(Slot slot, Slot owner) {
 
 // --- open and close -----------------------------------------------------------------------------
 
-void Database::makeObject(Slot slot) {
-    ObjectRecord& record = records_[slot];
-    const bool graphical =
-        record.object_class == ObjectClass::Entity || record.object_class == ObjectClass::SubEntity;
-    record.object = graphical ? new AcDbEntity : new AcDbObject;
-    record.object->database_ = this;
-    record.object->slot_ = slot;
+AcDbObject* Database::newInstance(Slot slot) const {
+    const ObjectClass object_class = records_[slot].object_class;
+    if (object_class == ObjectClass::Entity || object_class == ObjectClass::SubEntity) {
+        return new AcDbEntity;
+    }
+    if (isDictionary(slot)) return new AcDbDictionary;
+    if (typeName(slot) == "XRECORD") return new AcDbXrecord;
+    return new AcDbObject;
+}
+
+bool Database::makeObject(Slot slot) {
+    AcDbObject* object = newInstance(slot);
+    if (object == nullptr) return false;
+    object->database_ = this;
+    object->slot_ = slot;
+    records_[slot].object = object;
+    return true;
+}
+
+Acad::ErrorStatus Database::takeOver(AcDbObject& object, Slot& made) {
+    NewObject fresh{*this, {}, {}};
+    const Acad::ErrorStatus status = object.describe(fresh);
+    if (status != Acad::eOk) return status;
+    made = makeRecord(fresh.type, ObjectClass::Object, 0, std::move(fresh.groups));
+    ObjectRecord& record = records_[made];
+    object.database_ = this;
+    object.slot_ = made;
+    record.object = &object;
+    record.writer = true;
+    ++open_objects;
+    return Acad::eOk;
 }
 
 Acad::ErrorStatus Database::open(Slot slot, AcDb::OpenMode mode, bool open_erased,
@@ -361,6 +388,7 @@ Acad::ErrorStatus Database::open(Slot slot, AcDb::OpenMode mode, bool open_erase
     ObjectRecord& record = records_[slot];
     if (record.erased && !open_erased) return Acad::eWasErased;
     if (record.writer) return Acad::eWasOpenForWrite;
+    if (record.object == nullptr && !makeObject(slot)) return Acad::eOutOfMemory;
     if (mode == AcDb::kForWrite) {
         if (record.readers > 0) return Acad::eWasOpenForRead;
         if (locked_layers_ > 0 && isOnLockedLayer(slot)) return Acad::eOnLockedLayer;
@@ -369,7 +397,6 @@ Acad::ErrorStatus Database::open(Slot slot, AcDb::OpenMode mode, bool open_erase
         if (record.readers == UINT16_MAX) return Acad::eWasOpenForRead;
         ++record.readers;
     }
-    if (record.object == nullptr) makeObject(slot);
     ++open_objects;
     object = record.object;
     return Acad::eOk;

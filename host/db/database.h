@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "acad/db.h"
+#include "db/dictionary_data.h"
 #include "db/handle_map.h"
 #include "db/tags.h"
 #include "db/undo.h"
@@ -71,6 +72,13 @@ struct ObjectRecord {
     std::unique_ptr<ObjectData> data;
 };
 
+/// What a drawing makes of an object that a caller made.
+struct NewObject {
+    const Database& drawing;
+    std::string_view type;
+    Tags groups;  ///< behind type, handle and owner
+};
+
 /// A block: its record in the table and what is between its BLOCK and ENDBLK.
 struct Block {
     Slot record = kNoSlot;
@@ -91,20 +99,6 @@ struct SymbolTable {
     std::unordered_map<std::u16string, Slot> by_name;  ///< key in upper case; living records
     const char* insert_at = nullptr;                   ///< ENDTAB in the file
     size_t walk = 0;                                   ///< of acdbTblNext
-};
-
-/// A dictionary's entries in order.
-struct DictionaryData {
-    struct Entry {
-        std::u16string key;
-        uint64_t handle = 0;
-        bool removed = false;
-    };
-    std::vector<Entry> entries;
-    std::unordered_map<std::u16string, size_t> by_key;  ///< key in upper case
-    int value_code = 350;                               ///< 350 soft owner, 360 hard owner
-    bool changed = false;                               ///< the tags are behind the entries
-    size_t walk = 0;                                    ///< of acdbDictNext
 };
 
 /// A variable of the header: "$NAME" and its tags.
@@ -180,6 +174,9 @@ class Database {
     /// A new object of the drawing with these tags behind its type, handle and owner. The caller
     /// puts it where it belongs.
     Slot makeRecord(std::string_view type, ObjectClass object_class, uint64_t owner, Tags tags);
+    /// Makes an object of a caller one of the OBJECTS section, open for write. The instance is the
+    /// drawing's from then on. @return eNotThatKindOfClass for one that none can be made of
+    Acad::ErrorStatus takeOver(AcDbObject& object, Slot& made);
     /// The object's tags, decoded on the first call.
     const Tags& tags(Slot slot);
     const XData& xdata(Slot slot);
@@ -262,13 +259,31 @@ class Database {
     void setNamedObjects(Slot slot) { named_objects_ = slot; }
     /// The named objects dictionary, made when the drawing has none.
     Slot needNamedObjects();
+    /// The dictionary of groups, made when the drawing has none. It may be another kind of object.
+    Slot needGroups();
+    bool isDictionary(Slot slot) const;
     /// Entries of a dictionary; NULL for another object.
     DictionaryData* dictionary(Slot slot);
     /// Slot of an entry; kNoSlot when the key or its object is missing or erased.
     Slot dictionaryEntry(Slot dictionary, std::u16string_view key);
-    bool dictionaryAdd(Slot dictionary, std::u16string_view key, Slot object);
-    bool dictionaryRemove(Slot dictionary, std::u16string_view key);
-    bool dictionaryRename(Slot dictionary, std::u16string_view key, std::u16string_view new_key);
+    /// Object of the entry with this index; kNoSlot when it is missing or erased.
+    Slot dictionaryObject(Slot dictionary, size_t index);
+    /// Index of the first entry at `from` or behind it whose object lives; DictionaryData::kNone at
+    /// the end.
+    size_t dictionaryNext(Slot dictionary, size_t from);
+    /// What keeps an entry from being added: a key that is none or in use; an object that a
+    /// dictionary owns, that is erased or no object of the OBJECTS section, or that holds the
+    /// dictionary itself. kNoSlot is an object that has still to be made.
+    Acad::ErrorStatus checkNewEntry(Slot dictionary, std::u16string_view key, Slot object);
+    /// Adds an entry at the end and makes the dictionary the object's owner.
+    Acad::ErrorStatus dictionaryAdd(Slot dictionary, std::u16string_view key, Slot object);
+    /// Takes an entry out; its object has no owner then.
+    Acad::ErrorStatus dictionaryRemove(Slot dictionary, std::u16string_view key);
+    Acad::ErrorStatus dictionaryRename(Slot dictionary, std::u16string_view key,
+                                       std::u16string_view new_key);
+    /// True for an object that was made here and never entered into a dictionary, or taken out of
+    /// one: it is not written.
+    bool isUnowned(Slot slot) const;
     /// Entries that point to erased objects are left out when the dictionary is written.
     const std::unordered_map<Slot, std::unique_ptr<DictionaryData>>& openDictionaries() const {
         return dictionaries_;
@@ -306,11 +321,16 @@ class Database {
     void turnErased(Slot slot);
     /// The variable's place, also when it has no value.
     size_t headerPlace(std::string_view name);
-    void makeObject(Slot slot);
+    /// A new instance of the class that shows the object; NULL without memory.
+    AcDbObject* newInstance(Slot slot) const;
+    bool makeObject(Slot slot);
     void decodeTags(ObjectRecord& record, ObjectData& data) const;
+    bool isLiving(Slot slot) const;
+    std::unique_ptr<DictionaryData> decodeEntries(const Tags& groups) const;
     void writeDictionaryTags(Slot slot);
     /// The entries for a change; the caller has them already.
     void changeEntries(Slot slot);
+    void removeEntry(Slot dictionary, size_t index);
 
     friend class DatabaseList;
     friend class ::AcDbDatabase;
@@ -354,6 +374,10 @@ class Database {
     std::string path_;
     UndoJournal undo_{*this};
 };
+
+/// Groups of a new dictionary behind its owner: its class, and that entries of copied objects are
+/// kept as they are.
+Tags dictionaryTags();
 
 /// The drawing in the editor; NULL when there is none.
 Database* currentDatabase();

@@ -1,129 +1,278 @@
-/// Dictionaries: ordered entries with hashed keys. The tags of a changed dictionary are made again
-/// when somebody next asks for them, so that many changes cost no more than their number.
+/// Dictionaries: their entries are decoded when one of them is first asked for. The tags of a
+/// changed dictionary are made again when somebody next asks for them, so that many changes cost no
+/// more than their number.
+#include <utility>
+
 #include "db/database.h"
 #include "kz_tls21an/text.h"
 
 namespace host {
 namespace {
 
-bool isDictionaryType(const std::string& type) {
-    return type == "DICTIONARY" || type == "ACDBDICTIONARYWDFLT";
+constexpr std::u16string_view kReactors = u"{ACAD_REACTORS";
+
+/// Index of the group behind the one in braces that starts at `at`.
+size_t behindBraces(const Tags& tags, size_t at) {
+    const size_t end = findTag(tags, 102, at + 1);
+    return end < tags.size() ? end + 1 : at + 1;
+}
+
+/// Index of an object's owner group, or where it belongs: behind the groups in braces, which hold
+/// 330 groups of their own.
+size_t ownerPlace(const Tags& tags) {
+    size_t at = 1;
+    while (at < tags.size() && tags[at].code() != 100 && tags[at].code() != 330)
+        at = tags[at].code() == 102 ? behindBraces(tags, at) : at + 1;
+    return at;
+}
+
+bool hasOwnerGroup(const Tags& tags, size_t place) {
+    return place < tags.size() && tags[place].code() == 330;
+}
+
+void setOwnerGroup(Tags& tags, uint64_t owner) {
+    const size_t at = ownerPlace(tags);
+    const Tag link = Tag::handle(330, owner);
+    if (hasOwnerGroup(tags, at)) {
+        tags[at] = link;
+    } else {
+        tags.insert(tags.begin() + static_cast<std::ptrdiff_t>(at), link);
+    }
+}
+
+/// The group {ACAD_REACTORS in front of an object's owner; tags.size() when there is none.
+size_t findReactors(const Tags& tags) {
+    const dxf::TextCodec plain;
+    for (size_t at = 1; at < tags.size() && tags[at].code() != 100;) {
+        const bool braces = tags[at].code() == 102;
+        if (braces && tags[at].text(plain) == kReactors) return at;
+        at = braces ? behindBraces(tags, at) : at + 1;
+    }
+    return tags.size();
+}
+
+/// Index of a reactor in the group that starts at `group`, or of the group's end.
+size_t findReactor(const Tags& tags, size_t group, uint64_t handle) {
+    size_t at = group + 1;
+    while (at < tags.size() && tags[at].code() == 330 && tags[at].handleValue() != handle)
+        ++at;
+    return at;
+}
+
+/// A dictionary hears of what happens to its objects.
+void addReactor(Tags& tags, uint64_t handle) {
+    const auto insertAt = [&tags](size_t at, Tag tag) {
+        tags.insert(tags.begin() + static_cast<std::ptrdiff_t>(at), std::move(tag));
+    };
+    size_t group = findReactors(tags);
+    if (group == tags.size()) {
+        group = ownerPlace(tags);
+        insertAt(group, Tag(102, u"}"));
+        insertAt(group, Tag(102, std::u16string(kReactors)));
+    }
+    const size_t at = findReactor(tags, group, handle);
+    const bool present = at < tags.size() && tags[at].code() == 330;
+    if (!present) insertAt(at, Tag::handle(330, handle));
+}
+
+void removeReactor(Tags& tags, uint64_t handle) {
+    const size_t group = findReactors(tags);
+    if (group == tags.size()) return;
+    const size_t at = findReactor(tags, group, handle);
+    if (at == tags.size() || tags[at].code() != 330) return;
+    tags.erase(tags.begin() + static_cast<std::ptrdiff_t>(at));
+    const bool empty = group + 1 < tags.size() && tags[group + 1].code() == 102;
+    if (!empty) return;
+    const auto begin = tags.begin() + static_cast<std::ptrdiff_t>(group);
+    tags.erase(begin, begin + 2);
+}
+
+/// Keys are no longer than other names.
+bool isGoodKey(std::u16string_view key) {
+    constexpr size_t kLongestKey = 255;
+    return !key.empty() && key.size() <= kLongestKey;
 }
 
 }  // namespace
 
 Slot Database::needNamedObjects() {
     if (named_objects_ != kNoSlot) return named_objects_;
-    Tags tags;
-    tags.emplace_back(100, u"AcDbDictionary");
-    tags.emplace_back(281, int64_t{1});
-    named_objects_ = makeRecord("DICTIONARY", ObjectClass::Object, 0, std::move(tags));
+    named_objects_ = makeRecord("DICTIONARY", ObjectClass::Object, 0, dictionaryTags());
     return named_objects_;
 }
 
+Slot Database::needGroups() {
+    const Slot root = needNamedObjects();
+    const Slot present = dictionaryEntry(root, u"ACAD_GROUP");
+    if (present != kNoSlot) return present;
+    const Slot made = makeRecord("DICTIONARY", ObjectClass::Object, 0, dictionaryTags());
+    return dictionaryAdd(root, u"ACAD_GROUP", made) == Acad::eOk ? made : kNoSlot;
+}
+
+Tags dictionaryTags() {
+    Tags tags;
+    tags.emplace_back(100, u"AcDbDictionary");
+    tags.emplace_back(281, int64_t{1});
+    return tags;
+}
+
+// --- entries ------------------------------------------------------------------------------------
+
+bool Database::isDictionary(Slot slot) const {
+    if (slot == kNoSlot) return false;
+    const std::string& type = typeName(slot);
+    return type == "DICTIONARY" || type == "ACDBDICTIONARYWDFLT";
+}
+
 DictionaryData* Database::dictionary(Slot slot) {
-    if (slot == kNoSlot || !isDictionaryType(typeName(slot))) return nullptr;
+    if (!isDictionary(slot)) return nullptr;
     const auto present = dictionaries_.find(slot);
     if (present != dictionaries_.end()) return present->second.get();
+    return dictionaries_.emplace(slot, decodeEntries(tags(slot))).first->second.get();
+}
+
+std::unique_ptr<DictionaryData> Database::decodeEntries(const Tags& groups) const {
     auto made = std::make_unique<DictionaryData>();
-    const Tags& groups = tags(slot);
-    bool in_class = false;
-    for (size_t i = 0; i < groups.size(); ++i) {
+    bool keyed = false;
+    std::u16string key;
+    for (size_t i = findTag(groups, 100); i < groups.size(); ++i) {
         const int code = groups[i].code();
-        if (code == 100) in_class = true;
-        if (!in_class) continue;
         if (code == 3) {
-            made->entries.push_back({groups[i].text(codec_), 0, false});
-        } else if ((code == 350 || code == 360) && !made->entries.empty()) {
-            made->entries.back().handle = groups[i].handleValue();
+            key = groups[i].text(codec_);
+            keyed = true;
+        } else if ((code == 350 || code == 360) && keyed) {
+            const uint64_t handle = groups[i].handleValue();
+            made->add(std::move(key), handle, !isLiving(findHandle(handle)));
             made->value_code = code;
+            keyed = false;
         } else if (code == 280 && groups[i].integer() == 1) {
             made->value_code = 360;
         }
     }
-    for (size_t i = 0; i < made->entries.size(); ++i) {
-        made->by_key.emplace(kz::toUpper(made->entries[i].key), i);
-    }
-    return dictionaries_.emplace(slot, std::move(made)).first->second.get();
+    return made;
+}
+
+bool Database::isLiving(Slot slot) const {
+    return slot != kNoSlot && !records_[slot].erased;
+}
+
+Slot Database::dictionaryObject(Slot slot, size_t index) {
+    const DictionaryData* entries = dictionary(slot);
+    if (entries == nullptr || index == DictionaryData::kNone) return kNoSlot;
+    const Slot object = findHandle(entries->entry(index).handle);
+    return isLiving(object) ? object : kNoSlot;
 }
 
 Slot Database::dictionaryEntry(Slot slot, std::u16string_view key) {
     const DictionaryData* entries = dictionary(slot);
-    if (entries == nullptr) return kNoSlot;
-    const auto found = entries->by_key.find(kz::toUpper(key));
-    if (found == entries->by_key.end()) return kNoSlot;
-    const Slot object = findHandle(entries->entries[found->second].handle);
-    return object == kNoSlot || records_[object].erased ? kNoSlot : object;
+    return entries == nullptr ? kNoSlot : dictionaryObject(slot, entries->find(key));
 }
 
-bool Database::dictionaryAdd(Slot slot, std::u16string_view key, Slot object) {
-    DictionaryData* entries = dictionary(slot);
-    if (entries == nullptr || key.empty() || object == kNoSlot) return false;
-    if (records_[object].object_class != ObjectClass::Object) return false;
-    if (dictionaryEntry(slot, key) != kNoSlot) return false;
-    const std::u16string upper = kz::toUpper(key);
-    const auto dead = entries->by_key.find(upper);
-    changeEntries(slot);
-    if (dead != entries->by_key.end() && !entries->entries[dead->second].removed) {
-        undo_.keepEntry(slot, dead->second);
-        entries->entries[dead->second].removed = true;
+size_t Database::dictionaryNext(Slot slot, size_t from) {
+    const DictionaryData* entries = dictionary(slot);
+    if (entries == nullptr) return DictionaryData::kNone;
+    // An object that another dictionary owns may be erased without this one having heard of it.
+    size_t index = entries->livingFrom(from);
+    while (index != DictionaryData::kNone && dictionaryObject(slot, index) == kNoSlot)
+        index = entries->livingFrom(index + 1);
+    return index;
+}
+
+Acad::ErrorStatus Database::checkNewEntry(Slot slot, std::u16string_view key, Slot object) {
+    if (dictionary(slot) == nullptr) return Acad::eNotThatKindOfClass;
+    if (!isGoodKey(key)) return Acad::eInvalidKey;
+    if (dictionaryEntry(slot, key) != kNoSlot) return Acad::eDuplicateKey;
+    if (object == kNoSlot) return Acad::eOk;
+    const ObjectRecord& record = records_[object];
+    if (record.object_class != ObjectClass::Object) return Acad::eNotThatKindOfClass;
+    if (record.erased) return Acad::eWasErased;
+    if (object == named_objects_) return Acad::eInvalidInput;
+    const DictionaryData* owner = dictionary(record.owner);
+    if (owner != nullptr && owner->findHandle(record.handle) != DictionaryData::kNone) {
+        return Acad::eAlreadyInDb;
     }
-    undo_.keepEntry(slot, entries->entries.size());
-    entries->by_key.insert_or_assign(upper, entries->entries.size());
-    entries->entries.push_back({std::u16string(key), records_[object].handle, false});
+    // No dictionary gets into what it holds itself.
+    const DictionaryData* held = dictionary(object);
+    if (held == nullptr || held->livingCount() == 0) {
+        return object == slot ? Acad::eInvalidInput : Acad::eOk;
+    }
+    for (Slot above = slot; above != kNoSlot; above = records_[above].owner) {
+        if (above == object) return Acad::eInvalidInput;
+    }
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus Database::dictionaryAdd(Slot slot, std::u16string_view key, Slot object) {
+    const Acad::ErrorStatus status =
+        object == kNoSlot ? Acad::eNullObjectId : checkNewEntry(slot, key, object);
+    if (status != Acad::eOk) return status;
+    DictionaryData* entries = dictionary(slot);
+    const size_t dead = entries->find(key);
+    if (dead != DictionaryData::kNone) removeEntry(slot, dead);
+    changeEntries(slot);
+    undo_.keepEntry(slot, entries->count());
+    entries->add(std::u16string(key), records_[object].handle);
     touch(slot);
     Tags& groups = changeTags(object);
-    // Behind 5 and the groups in braces; the braces hold 330 groups of their own.
-    size_t at = 1;
-    bool in_braces = false;
-    size_t found = groups.size();
-    for (; at < groups.size() && groups[at].code() != 100; ++at) {
-        if (groups[at].code() == 102) {
-            in_braces = !in_braces;
-        } else if (groups[at].code() == 330 && !in_braces) {
-            found = at;
-        }
-    }
-    const Tag link = Tag::handle(330, records_[slot].handle);
-    if (found < groups.size()) {
-        groups[found] = link;
-    } else {
-        groups.insert(groups.begin() + static_cast<std::ptrdiff_t>(at), link);
-    }
+    setOwnerGroup(groups, records_[slot].handle);
+    addReactor(groups, records_[slot].handle);
     setOwner(object, slot);
     touch(object);
-    return true;
+    return Acad::eOk;
 }
 
-bool Database::dictionaryRemove(Slot slot, std::u16string_view key) {
-    DictionaryData* entries = dictionary(slot);
-    if (entries == nullptr || dictionaryEntry(slot, key) == kNoSlot) return false;
-    const auto found = entries->by_key.find(kz::toUpper(key));
+void Database::removeEntry(Slot slot, size_t index) {
+    DictionaryData& entries = *dictionary(slot);
     changeEntries(slot);
-    undo_.keepEntry(slot, found->second);
-    entries->entries[found->second].removed = true;
-    entries->by_key.erase(found);
+    undo_.keepEntry(slot, index);
+    entries.setRemoved(index, true);
     touch(slot);
-    return true;
+    const Slot object = findHandle(entries.entry(index).handle);
+    if (object == kNoSlot || records_[object].owner != slot) return;
+    Tags& groups = changeTags(object);
+    setOwnerGroup(groups, 0);
+    removeReactor(groups, records_[slot].handle);
+    setOwner(object, kNoSlot);
+    touch(object);
 }
 
-bool Database::dictionaryRename(Slot slot, std::u16string_view key, std::u16string_view new_key) {
+Acad::ErrorStatus Database::dictionaryRemove(Slot slot, std::u16string_view key) {
+    if (dictionary(slot) == nullptr) return Acad::eNotThatKindOfClass;
+    if (dictionaryEntry(slot, key) == kNoSlot) return Acad::eKeyNotFound;
+    removeEntry(slot, dictionary(slot)->find(key));
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus Database::dictionaryRename(Slot slot, std::u16string_view key,
+                                             std::u16string_view new_key) {
     DictionaryData* entries = dictionary(slot);
-    if (entries == nullptr || new_key.empty()) return false;
-    const auto found = entries->by_key.find(kz::toUpper(key));
-    if (found == entries->by_key.end()) return false;
-    const size_t index = found->second;
-    const std::u16string upper = kz::toUpper(new_key);
-    const auto taken = entries->by_key.find(upper);
-    if (taken != entries->by_key.end() && taken->second != index) return false;
+    if (entries == nullptr) return Acad::eNotThatKindOfClass;
+    if (!isGoodKey(new_key)) return Acad::eInvalidKey;
+    if (dictionaryEntry(slot, key) == kNoSlot) return Acad::eKeyNotFound;
+    const size_t index = entries->find(key);
+    const size_t taken = entries->find(new_key);
+    if (taken != DictionaryData::kNone && taken != index) {
+        if (dictionaryObject(slot, taken) != kNoSlot) return Acad::eDuplicateKey;
+        removeEntry(slot, taken);
+    }
     changeEntries(slot);
     undo_.keepKey(slot, index);
-    entries->by_key.erase(found);
-    entries->by_key.insert_or_assign(upper, index);
-    entries->entries[index].key = new_key;
+    entries->setKey(index, std::u16string(new_key));
     touch(slot);
-    return true;
+    return Acad::eOk;
 }
+
+bool Database::isUnowned(Slot slot) const {
+    const ObjectRecord& record = records_[slot];
+    if (record.object_class != ObjectClass::Object || slot == named_objects_) return false;
+    if (record.owner != kNoSlot || record.data == nullptr || !record.data->has_tags) return false;
+    // What a file has without an owner stays as it is: only a group that was made here says so.
+    const Tags& groups = record.data->tags;
+    const size_t at = ownerPlace(groups);
+    return hasOwnerGroup(groups, at) && !groups[at].isSource() && groups[at].handleValue() == 0;
+}
+
+// --- tags ---------------------------------------------------------------------------------------
 
 void Database::changeEntries(Slot slot) {
     ObjectRecord& record = records_[slot];
@@ -157,7 +306,8 @@ void Database::writeDictionaryTags(Slot slot) {
         in_class = in_class || marker;
         (after_entries ? behind : kept).push_back(std::move(tag));
     }
-    for (const DictionaryData::Entry& entry : entries.entries) {
+    for (size_t i = 0; i < entries.count(); ++i) {
+        const DictionaryData::Entry& entry = entries.entry(i);
         const Slot target = findHandle(entry.handle);
         if (entry.removed || (target != kNoSlot && records_[target].erased)) continue;
         kept.emplace_back(3, entry.key);

@@ -113,6 +113,20 @@ resbuf* objectList(Database& database, Slot slot, const resbuf* apps) {
     return chain.release();
 }
 
+/// True while somebody has the object open: it can't be changed by name then.
+bool isOpen(const ObjectRecord& record) {
+    return record.writer || record.readers > 0;
+}
+
+/// Groups and multiline styles live by their entry alone: taken out, they are erased.
+bool erasesWhatItLoses(const Named& dictionary) {
+    for (const std::u16string_view key : {u"ACAD_GROUP", u"ACAD_MLINESTYLE"}) {
+        const Slot root = dictionary.database->namedObjects();
+        if (dictionary.database->dictionaryEntry(root, key) == dictionary.slot) return true;
+    }
+    return false;
+}
+
 }  // namespace
 }  // namespace host
 
@@ -278,7 +292,7 @@ resbuf* acdbDictSearch(const ads_name dictionary, const ACHAR* key, int setNext)
     host::DictionaryData* entries = holder.database->dictionary(holder.slot);
     const host::Slot object = holder.database->dictionaryEntry(holder.slot, key);
     if (entries == nullptr || object == host::kNoSlot) return nullptr;
-    if (setNext != 0) entries->walk = entries->by_key.at(kz::toUpper(key)) + 1;
+    if (setNext != 0) entries->walk = entries->find(key) + 1;
     return host::objectList(*holder.database, object, nullptr);
 }
 
@@ -287,34 +301,40 @@ resbuf* acdbDictNext(const ads_name dictionary, int rewind) {
     host::DictionaryData* entries =
         holder.good() ? holder.database->dictionary(holder.slot) : nullptr;
     if (entries == nullptr) return nullptr;
-    if (rewind != 0) entries->walk = 0;
-    while (entries->walk < entries->entries.size()) {
-        const host::DictionaryData::Entry& entry = entries->entries[entries->walk++];
-        const host::Slot object =
-            entry.removed ? host::kNoSlot : holder.database->findHandle(entry.handle);
-        if (object == host::kNoSlot || holder.database->record(object).erased) continue;
-        return host::objectList(*holder.database, object, nullptr);
+    const size_t next =
+        holder.database->dictionaryNext(holder.slot, rewind != 0 ? 0 : entries->walk);
+    if (next == host::DictionaryData::kNone) {
+        entries->walk = entries->count();
+        return nullptr;
     }
-    return nullptr;
+    entries->walk = next + 1;
+    const host::Slot object = holder.database->dictionaryObject(holder.slot, next);
+    return host::objectList(*holder.database, object, nullptr);
 }
 
 int acdbDictAdd(const ads_name dictionary, const ACHAR* key, const ads_name object) {
     const Named holder(dictionary);
     const Named entry(object);
     if (!holder.good() || !entry.good() || key == nullptr) return RTERROR;
-    if (holder.database != entry.database) return RTERROR;
-    return holder.database->dictionaryAdd(holder.slot, key, entry.slot) ? RTNORM : RTREJ;
+    if (holder.database != entry.database || host::isOpen(holder.record())) return RTERROR;
+    const Acad::ErrorStatus status = holder.database->dictionaryAdd(holder.slot, key, entry.slot);
+    return status == Acad::eOk ? RTNORM : RTREJ;
 }
 
 int acdbDictRemove(const ads_name dictionary, const ACHAR* key) {
     const Named holder(dictionary);
-    if (!holder.good() || key == nullptr) return RTERROR;
-    return holder.database->dictionaryRemove(holder.slot, key) ? RTNORM : RTREJ;
+    if (!holder.good() || key == nullptr || host::isOpen(holder.record())) return RTERROR;
+    const host::Slot object = holder.database->dictionaryEntry(holder.slot, key);
+    if (holder.database->dictionaryRemove(holder.slot, key) != Acad::eOk) return RTREJ;
+    if (host::erasesWhatItLoses(holder)) holder.database->setErased(object, true);
+    return RTNORM;
 }
 
 int acdbDictRename(const ads_name dictionary, const ACHAR* oldKey, const ACHAR* newKey) {
     const Named holder(dictionary);
     if (!holder.good() || oldKey == nullptr || newKey == nullptr) return RTERROR;
-    return holder.database->dictionaryRename(holder.slot, oldKey, newKey) ? RTNORM : RTREJ;
+    if (host::isOpen(holder.record())) return RTERROR;
+    const Acad::ErrorStatus status = holder.database->dictionaryRename(holder.slot, oldKey, newKey);
+    return status == Acad::eOk ? RTNORM : RTREJ;
 }
 }

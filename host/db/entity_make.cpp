@@ -6,6 +6,7 @@
 #include "base/resbuf.h"
 #include "db/entity_rules.h"
 #include "db/groups.h"
+#include "db/xrecords.h"
 #include "edit/sysvars.h"
 #include "kz_tls21an/text.h"
 
@@ -148,8 +149,39 @@ class EntityMaker {
 
     Slot makeObject() {
         if (findTag(tags_, 100) == tags_.size()) return kNoSlot;
+        if (type_ == "XRECORD" && !xrecordFromList(database_, list_, tags_)) return kNoSlot;
+        if (type_ == "DICTIONARY") return makeDictionary();
         const Slot slot = database_.makeRecord(type_, ObjectClass::Object, 0, std::move(tags_));
         return finishXData(slot);
+    }
+
+    /// The entries of the list become the dictionary's; it is refused with any of them.
+    Slot makeDictionary() {
+        Tags groups = dictionaryTags();
+        const size_t cloning = findTag(tags_, 281);
+        const size_t hard = findTag(tags_, 280);
+        if (cloning < tags_.size()) groups.back() = tags_[cloning];
+        if (hard < tags_.size()) groups.insert(groups.end() - 1, tags_[hard]);
+        const Slot slot = database_.makeRecord(type_, ObjectClass::Object, 0, std::move(groups));
+        std::u16string key;
+        for (const Tag& tag : tags_) {
+            if (tag.code() == 3) key = tag.text(database_.codec());
+            if (tag.code() != 350 && tag.code() != 360) continue;
+            const Slot object = database_.findHandle(tag.handleValue());
+            if (database_.dictionaryAdd(slot, key, object) == Acad::eOk) continue;
+            giveUpDictionary(slot);
+            return kNoSlot;
+        }
+        return finishXData(slot);
+    }
+
+    void giveUpDictionary(Slot slot) {
+        const auto first = [&] { return database_.dictionaryNext(slot, 0); };
+        for (size_t entry = first(); entry != DictionaryData::kNone; entry = first()) {
+            const std::u16string key = database_.dictionary(slot)->entry(entry).key;
+            database_.dictionaryRemove(slot, key);
+        }
+        database_.setErased(slot, true);
     }
 
     Slot finishXData(Slot slot) {
@@ -388,10 +420,32 @@ size_t headSize(const Tags& tags) {
     return marker < tags.size() ? marker : std::min<size_t>(tags.size(), 2);
 }
 
+/// The data of an xrecord is replaced as a whole, from its class on: its order counts.
+bool modifyXrecord(Database& database, Slot slot, const resbuf* list) {
+    if (findNode(list, 100) == nullptr) return true;
+    Tags wanted;
+    if (!xrecordFromList(database, list, wanted)) return false;
+    const Tags& present = database.tags(slot);
+    const auto head = present.begin() + static_cast<std::ptrdiff_t>(headSize(present));
+    const bool same = std::equal(head, present.end(), wanted.begin(), wanted.end(),
+                                 [&database](const Tag& old_tag, const Tag& new_tag) {
+                                     return old_tag.code() == new_tag.code() &&
+                                            sameValue(database, old_tag, new_tag);
+                                 });
+    if (same) return true;
+    Tags& tags = database.changeTags(slot);
+    tags.erase(tags.begin() + static_cast<std::ptrdiff_t>(headSize(tags)), tags.end());
+    tags.insert(tags.end(), std::make_move_iterator(wanted.begin()),
+                std::make_move_iterator(wanted.end()));
+    database.touch(slot);
+    return true;
+}
+
 bool modifyTags(Database& database, Slot slot, const resbuf* list) {
     Tags wanted;
-    if (!tagsFromChain(list, wanted)) return false;
     const std::string& type = database.typeName(slot);
+    if (type == "XRECORD") return modifyXrecord(database, slot, list);
+    if (!tagsFromChain(list, wanted)) return false;
     dropOwnGroups(wanted, type == "DIMSTYLE");
     if (wanted.empty()) return true;
     const Tags& present = database.tags(slot);

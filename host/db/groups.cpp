@@ -100,7 +100,19 @@ uint64_t handleOf(const ads_name name) {
     return database == nullptr ? 0 : database->record(database->slotOf(id)).handle;
 }
 
-bool addTag(const resbuf& node, Tags& tags) {
+}  // namespace
+
+void addGroups(const Database& database, const Tags& tags, size_t from, ChainBuilder& chain) {
+    for (size_t i = from; i < tags.size(); ++i) {
+        if (dxf::isPointCode(tags[i].code())) {
+            i = addPoint(tags, i, chain);
+        } else {
+            addValue(database, tags[i], chain);
+        }
+    }
+}
+
+bool appendGroup(const resbuf& node, Tags& tags) {
     const int code = node.restype;
     switch (valueKind(code)) {
         case ValueKind::Text: {
@@ -133,24 +145,12 @@ bool addTag(const resbuf& node, Tags& tags) {
     }
 }
 
-}  // namespace
-
-void addGroups(const Database& database, const Tags& tags, size_t from, ChainBuilder& chain) {
-    for (size_t i = from; i < tags.size(); ++i) {
-        if (dxf::isPointCode(tags[i].code())) {
-            i = addPoint(tags, i, chain);
-        } else {
-            addValue(database, tags[i], chain);
-        }
-    }
-}
-
 bool tagsFromChain(const resbuf* chain, Tags& tags) {
     for (const resbuf* node = chain; node != nullptr && node->restype != -3; node = node->rbnext) {
         const int code = node->restype;
         if (code == -1 || code == -2 || code == RTDXF0) continue;
         if (code < 0 || code == 1001 || code > dxf::kMaxGroupCode) return false;
-        if (!addTag(*node, tags)) return false;
+        if (!appendGroup(*node, tags)) return false;
     }
     return true;
 }

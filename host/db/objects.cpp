@@ -3,9 +3,22 @@
 #include "base/faults.h"
 #include "db/database.h"
 #include "db/xdata.h"
+#include "kz_tls21an/memory.h"
 #include "kz_tls21an/text.h"
 
 AcDbObject::~AcDbObject() = default;
+
+void* AcDbObject::operator new(size_t size) noexcept {
+    return kz_Malloc(size);
+}
+
+void AcDbObject::operator delete(void* block) noexcept {
+    kz_Free(block);
+}
+
+Acad::ErrorStatus AcDbObject::describe(host::NewObject&) {
+    return Acad::eNotThatKindOfClass;
+}
 
 AcDbObjectId AcDbObject::objectId() const {
     return database_ == nullptr ? AcDbObjectId{} : database_->idOf(slot_);
@@ -36,6 +49,7 @@ Acad::ErrorStatus AcDbObject::erase(bool erasing) {
     if (database_ == nullptr) return Acad::eNoDatabase;
     if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
     if (isErased() == erasing) return erasing ? Acad::eWasErased : Acad::eWasNotErased;
+    if (slot_ == database_->namedObjects()) return Acad::eCannotBeErasedByCaller;
     database_->setErased(slot_, erasing);
     return Acad::eOk;
 }

@@ -133,7 +133,7 @@ void UndoJournal::keepKey(uint32_t dictionary, size_t index) {
     Entry& entry = add(Kind::Key, dictionary);
     entry.other = static_cast<uint32_t>(index);
     entry.image = std::make_unique<ObjectData>();
-    entry.image->tags.emplace_back(3, database_.dictionaries_.at(dictionary)->entries[index].key);
+    entry.image->tags.emplace_back(3, database_.dictionaries_.at(dictionary)->entry(index).key);
 }
 
 void UndoJournal::keepHeader(size_t place) {
@@ -148,30 +148,18 @@ void UndoJournal::keepHeader(size_t place) {
 
 void UndoJournal::swapEntry(Entry& entry) {
     DictionaryData& dictionary = *database_.dictionaries_.at(entry.slot);
-    DictionaryData::Entry& changed = dictionary.entries[entry.other];
-    const std::u16string key = kz::toUpper(changed.key);
-    changed.removed = !changed.removed;
-    const auto present = dictionary.by_key.find(key);
-    if (!changed.removed) {
-        dictionary.by_key.insert_or_assign(key, entry.other);
-    } else if (present != dictionary.by_key.end() && present->second == entry.other) {
-        dictionary.by_key.erase(present);
-    }
+    const DictionaryData::Entry& changed = dictionary.entry(entry.other);
+    dictionary.setRemoved(entry.other, !changed.removed);
+    dictionary.setHidden(entry.other, !database_.isLiving(database_.findHandle(changed.handle)));
     dictionary.changed = true;
 }
 
 void UndoJournal::swapKey(Entry& entry) {
     DictionaryData& dictionary = *database_.dictionaries_.at(entry.slot);
-    DictionaryData::Entry& changed = dictionary.entries[entry.other];
     Tag& other = entry.image->tags.front();
-    const std::u16string key = other.text(database_.codec_);
-    const auto present = dictionary.by_key.find(kz::toUpper(changed.key));
-    if (present != dictionary.by_key.end() && present->second == entry.other) {
-        dictionary.by_key.erase(present);
-    }
-    other = Tag(3, changed.key);
-    changed.key = key;
-    dictionary.by_key.insert_or_assign(kz::toUpper(key), entry.other);
+    std::u16string key = other.text(database_.codec_);
+    other = Tag(3, dictionary.entry(entry.other).key);
+    dictionary.setKey(entry.other, std::move(key));
     dictionary.changed = true;
 }
 

@@ -224,12 +224,10 @@ size_t itemSize(ItemReader& reader) {
     }
 }
 
-/// Length of a text as the limit counts it.
-size_t storedLength(std::u16string_view text, const dxf::TextCodec& codec) {
-    if (codec.isUtf8() || text.size() * 7 <= kTextLimit) return text.size();
-    std::string bytes;
-    codec.encode(text, bytes);
-    return bytes.size();
+/// True for a text that a 1000 group can hold.
+bool fitsGroup(std::u16string_view text, const dxf::TextCodec& codec) {
+    constexpr size_t kLongestCharacter = 7;  // \U+XXXX
+    return text.size() * kLongestCharacter <= kTextLimit || codec.storedLength(text) <= kTextLimit;
 }
 
 bool packText(const resbuf& node, const dxf::TextCodec& codec, int& depth, ItemBuffer& items) {
@@ -241,7 +239,7 @@ bool packText(const resbuf& node, const dxf::TextCodec& codec, int& depth, ItemB
         if (depth < 0) return false;
     } else if (node.restype == 1004) {
         if (text.size() > kHexLimit) return false;
-    } else if (storedLength(text, codec) > kTextLimit) {
+    } else if (!fitsGroup(text, codec)) {
         return false;
     }
     items.addText(node.restype, text);

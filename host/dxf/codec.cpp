@@ -254,4 +254,11 @@ void TextCodec::encode(std::u16string_view text, std::string& out) const {
     }
 }
 
+size_t TextCodec::storedLength(std::u16string_view text) const {
+    if (isUtf8()) return text.size();
+    std::string bytes;
+    encode(text, bytes);
+    return bytes.size();
+}
+
 }  // namespace host::dxf

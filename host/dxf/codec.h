@@ -28,6 +28,9 @@ class TextCodec {
     std::u16string decode(std::string_view bytes) const;
     /// Appends the text as the file holds it.
     void encode(std::u16string_view text, std::string& out) const;
+    /// Length of a text as the limits of groups count it: characters since R2007, before that bytes
+    /// in the file.
+    size_t storedLength(std::u16string_view text) const;
 
   private:
     std::unique_ptr<CodePage> page_;

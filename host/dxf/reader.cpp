@@ -218,6 +218,7 @@ class Reader {
         scan.begin = pair_.begin;
         scan.type = trimmed(pair_.value);
         bool in_braces = false;
+        bool in_class = false;
         while (true) {
             if (!cursor_.next(pair_)) next();
             const int code = pair_.code;
@@ -232,8 +233,10 @@ class Reader {
                 continue;
             } else if (code == 5 || code == 105) {
                 if (scan.handle_at == nullptr) readHandle(scan);
+            } else if (code == 100) {
+                in_class = true;
             } else if (code == 330) {
-                if (scan.owner == 0) parseHandle(pair_.value, scan.owner);
+                if (scan.owner == 0 && !in_class) parseHandle(pair_.value, scan.owner);
             } else if (code == 2) {
                 if (scan.name.data() == nullptr) scan.name = pair_.value;
             } else if (code == 67) {

@@ -59,17 +59,38 @@ class Composer {
         for (Slot slot = 1; slot < database_.slotCount(); ++slot) {
             ObjectRecord& record = database_.record(slot);
             if (record.bytes != nullptr) {
-                if (record.erased) {
+                if (record.erased || isLeftOut(slot)) {
                     edits_.push_back({record.bytes, record.bytes + record.size, {}});
                 } else if (record.changed) {
                     std::string text;
                     appendObject(slot, text);
                     edits_.push_back({record.bytes, record.bytes + record.size, std::move(text)});
                 }
-            } else if (!record.erased) {
+            } else if (!record.erased && !isLeftOut(slot)) {
                 if (std::string* target = newTarget(slot)) appendObject(slot, *target);
             }
         }
+    }
+
+    /// True for an object that goes with its owner, which is erased, or has none to be found by.
+    bool isLeftOut(Slot slot) {
+        if (database_.record(slot).object_class != ObjectClass::Object) return false;
+        known_.resize(database_.slotCount(), Known::No);
+        std::vector<Slot> path;
+        bool left_out = false;
+        for (; slot != kNoSlot; slot = database_.record(slot).owner) {
+            if (known_[slot] != Known::No) {
+                left_out = known_[slot] == Known::LeftOut;
+                break;
+            }
+            if (database_.record(slot).erased || database_.isUnowned(slot)) left_out = true;
+            known_[slot] = left_out ? Known::LeftOut : Known::Kept;
+            path.push_back(slot);
+            if (left_out || database_.record(slot).object_class != ObjectClass::Object) break;
+        }
+        for (const Slot below : path)
+            known_[below] = left_out ? Known::LeftOut : Known::Kept;
+        return left_out;
     }
 
     /// Where the text of a new object goes; NULL for one that is written with something else.
@@ -199,7 +220,10 @@ class Composer {
         text = std::move(out);
     }
 
+    enum class Known : uint8_t { No, Kept, LeftOut };
+
     Database& database_;
+    std::vector<Known> known_;  ///< of objects whose owners were looked at
     std::vector<Edit> edits_;
     std::map<const char*, std::string> insertions_;
     std::map<std::string, std::string> new_tables_;

@@ -6,8 +6,10 @@
 
 #include "acad/ads.h"
 #include "acad/db.h"
+#include "acad/dict.h"
 #include "acad/ge.h"
 #include "acad/rx.h"
+#include "kz_tls21an/base36.h"
 #include "kz_tls21an/diag.h"
 #include "kz_tls21an/fldlist.h"
 #include "kz_tls21an/format.h"

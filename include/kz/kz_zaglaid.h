@@ -3,6 +3,7 @@
 #define KZ_ZAGLAID_H
 
 #include "kz/kz_diag.h"
+#include "kz/kz_dwgdata.h"
 #include "kz/kz_error.h"
 #include "kz/kz_fldcnv.h"
 #include "kz/kz_objid.h"

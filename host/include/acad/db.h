@@ -8,10 +8,12 @@
 #include <string>
 
 #include "acad/ads.h"
+#include "acad/extents.h"
 #include "acad/ge.h"
 
 namespace host {
 class Database;
+struct NewObject;
 struct ObjectRecord;
 }  // namespace host
 
@@ -58,6 +60,7 @@ enum OpenMode { kForRead = 0, kForWrite = 1, kForNotify = 2 };
 }
 
 class AcDbDatabase;
+class AcDbDictionary;
 class AcDbObject;
 
 /// Id of a database object: leads to a slot of its database's object table. Valid as long as that
@@ -76,16 +79,39 @@ class AcDbObjectId {
     uint64_t value_ = 0;
 };
 
+/// A colour by its index: 0 by block, 1 to 255, 256 by layer.
+class AcCmColor {
+  public:
+    uint16_t colorIndex() const { return index_; }
+    /// @return eInvalidInput for an index above 256; the colour is then as it was
+    Acad::ErrorStatus setColorIndex(uint16_t index) {
+        if (index > kByLayer) return Acad::eInvalidInput;
+        index_ = index;
+        return Acad::eOk;
+    }
+    bool isByLayer() const { return index_ == kByLayer; }
+    bool isByBlock() const { return index_ == 0; }
+    bool operator==(const AcCmColor& other) const { return index_ == other.index_; }
+
+  private:
+    static constexpr uint16_t kByLayer = 256;
+    uint16_t index_ = kByLayer;
+};
+
 /// Base of all database objects. Instances are the database's own; callers hold them between
-/// acdbOpenObject and close.
+/// acdbOpenObject and close. One that a caller makes is his until a drawing takes it over: then it
+/// is open for write.
 class ACAD_API AcDbObject {
   public:
     virtual ~AcDbObject();
     AcDbObject(const AcDbObject&) = delete;
     AcDbObject& operator=(const AcDbObject&) = delete;
+    /// Objects come from the suite's heap: `new` gives NULL when there is no memory.
+    static void* operator new(size_t size) noexcept;
+    static void operator delete(void* block) noexcept;
 
     AcDbObjectId objectId() const;
-    /// The drawing that holds the object; lent.
+    /// The drawing that holds the object; lent. NULL for one that is in none.
     AcDbDatabase* database() const;
     /// Ends this opening. @return eOk; the status of a close without an open otherwise
     Acad::ErrorStatus close();
@@ -115,10 +141,14 @@ class ACAD_API AcDbObject {
   protected:
     AcDbObject() = default;
 
+    host::Database* database_ = nullptr;  ///< NULL for an object that is in no drawing
+    uint32_t slot_ = 0;
+
   private:
     friend class host::Database;
-    host::Database* database_ = nullptr;
-    uint32_t slot_ = 0;
+    /// Says what a drawing that takes the object over has to make of it. @return
+    /// eNotThatKindOfClass for a class that callers don't make
+    virtual Acad::ErrorStatus describe(host::NewObject& out);
 };
 
 /// A graphical object.
@@ -168,12 +198,34 @@ class ACAD_API AcDbDatabase {
     /// @return eNullHandle, eUnknownHandle; `id` is then as it was
     Acad::ErrorStatus getAcDbObjectId(AcDbObjectId& id, bool createIfNotFound,
                                       const AcDbHandle& handle) const;
+    /// Opens the named objects dictionary, which is made when the drawing has none. @return
+    /// eNoDatabase without a drawing, else as acdbOpenObject; `dictionary` is then NULL
+    Acad::ErrorStatus getNamedObjectsDictionary(AcDbDictionary*& dictionary,
+                                                AcDb::OpenMode mode = AcDb::kForRead) const;
+    /// The same for the dictionary of groups, ACAD_GROUP.
+    Acad::ErrorStatus getGroupDictionary(AcDbDictionary*& dictionary,
+                                         AcDb::OpenMode mode = AcDb::kForRead) const;
     /// Switches undo recording; stays until it is switched back. What changes meanwhile stays when
     /// the step that it fell into is undone, unless that step changed the same object before.
     void disableUndoRecording(bool disable);
     bool undoRecording() const;
     /// The record of the block under which this drawing is attached to another; null when it isn't.
     AcDbObjectId xrefBlockId() const;
+
+    // Settings of the drawing. One that has none gives those of a new drawing.
+
+    /// The user coordinate system of model space: its origin and two of its axes, in the world.
+    AcGePoint3d ucsorg() const;
+    AcGeVector3d ucsxdir() const;
+    AcGeVector3d ucsydir() const;
+    /// Colour of new entities.
+    AcCmColor cecolor() const;
+    Acad::ErrorStatus setCecolor(const AcCmColor& color);
+    /// Layer of new entities.
+    AcDbObjectId clayer() const;
+    /// @return eNullObjectId, eNotThatKindOfClass for what is no layer of this drawing, eWasErased,
+    /// eInvalidInput for one that is frozen or comes from an attached drawing
+    Acad::ErrorStatus setClayer(AcDbObjectId layer);
 
   private:
     friend class host::Database;

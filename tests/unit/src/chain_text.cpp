@@ -25,6 +25,11 @@ std::vector<double> numbers(const std::string& text) {
     return values;
 }
 
+/// The kind of a group's value. Records have integers in codes that the library gives no kind.
+int kindOf(int code) {
+    return code >= 90 && code < 100 ? static_cast<int>(KZ_RB_LONG) : kz_Rb_type(code);
+}
+
 /// A node of this code with the value written in the text.
 void appendGroup(resbuf** list, int code, const std::string& value) {
     const std::u16string text = wide(value);
@@ -33,7 +38,7 @@ void appendGroup(resbuf** list, int code, const std::string& value) {
     const auto number = static_cast<int32_t>(std::atoi(value.c_str()));
     const auto short_number = static_cast<int16_t>(number);
     const double real = std::atof(value.c_str());
-    switch (kz_Rb_type(code)) {
+    switch (kindOf(code)) {
         case KZ_RB_STRING:
         case KZ_RB_HANDLE:
         case 1002:
@@ -43,7 +48,8 @@ void appendGroup(resbuf** list, int code, const std::string& value) {
             kz_Rb_insEnd(list, code, &short_number);
             break;
         case KZ_RB_LONG:
-            kz_Rb_insEnd(list, code, &number);
+            kz_Rb_insEnd(list, 1071, &number);
+            kz_Rb_getLast(*list)->restype = static_cast<int16_t>(code);
             break;
         case KZ_RB_REAL:
             kz_Rb_insEnd(list, code, &real);
@@ -124,7 +130,7 @@ std::string point(const double* at, int count) {
 
 std::string valueOf(const resbuf& node) {
     const ads_u_val& value = node.resval;
-    switch (kz_Rb_type(node.restype)) {
+    switch (kindOf(node.restype)) {
         case KZ_RB_STRING:
         case KZ_RB_HANDLE:
         case 1002:

@@ -43,6 +43,22 @@ bool writeList(const ads_name id, int (*write)(const ads_name, kz_FldList*, cons
     return good;
 }
 
+constexpr const kz_Char* kDict = KZ_T("DATA");
+constexpr const kz_Char* kGroup = KZ_T("GROUP");
+
+int writeRecord(const kz_Char* dict, const kz_Char* group, bool clear) {
+    kz_FldList* list = kz_FldList_create(nullptr, 0, nullptr, 0);
+    kz_FldList_addRealVal(list, KZ_T("SIZE"), 50.0);
+    kz_FldList_addCharVal(list, KZ_T("NEW"), KZ_T("text"));
+    const int status = kz_DwgData_setFldList(nullptr, dict, group, list, clear ? 1 : 0);
+    kz_FldList_destroy(list);
+    return status;
+}
+
+void destroyFields(void* list) {
+    kz_FldList_destroy(static_cast<kz_FldList*>(list));
+}
+
 const std::vector<Operation>& operations() {
     static const int16_t kFive = 5;
     static const std::vector<Operation> kOperations = {
@@ -96,6 +112,44 @@ const std::vector<Operation>& operations() {
          [](const ads_name id) {
              return kz_XData_setHandle(id, KZ_T("30"), KZ_T("LINK"), KZ_T("OTHER"), 0) == 1;
          }},
+        {"drawing data getFldList", false,
+         [](const ads_name) {
+             return destroyed(kz_DwgData_getFldList(nullptr, kDict, kGroup, nullptr));
+         }},
+        {"drawing data getFld", false,
+         [](const ads_name) {
+             return destroyed(kz_DwgData_getFld(nullptr, kDict, kGroup, KZ_T("size")));
+         }},
+        {"drawing data getXGroups", false,
+         [](const ads_name) {
+             return kz_StrList_destroy(kz_DwgData_getXGroups(nullptr, kDict)) == 1;
+         }},
+        {"drawing data getDict", false,
+         [](const ads_name) {
+             kz_LnkList* lists = kz_AcDwgData_getDict(nullptr, kDict);
+             return kz_LnkList_destroy(lists, destroyFields) == 1;
+         }},
+        {"drawing data setFldList", true,
+         [](const ads_name) { return writeRecord(kDict, kGroup, false) == 1; }},
+        {"drawing data setFldList replacing", true,
+         [](const ads_name) { return writeRecord(kDict, kGroup, true) == 1; }},
+        {"drawing data setFldList for a new application", true,
+         [](const ads_name) { return writeRecord(KZ_T("NEW"), kGroup, false) == 1; }},
+        {"drawing data setFld", true,
+         [](const ads_name) {
+             return kz_DwgData_setFld(nullptr, kDict, kGroup, KZ_T("SIZE"), KZ_FLD_INT, &kFive, 0,
+                                      1) == 1;
+         }},
+        {"drawing data deleteFldValue", true,
+         [](const ads_name) {
+             const double size = 50.0;
+             return kz_DwgData_deleteFldValue(nullptr, kDict, kGroup, KZ_T("SIZE"), KZ_FLD_REAL,
+                                              &size, 0) == 1;
+         }},
+        {"drawing data deleteFldList", true,
+         [](const ads_name) { return kz_DwgData_deleteFldList(nullptr, kDict, kGroup) == 1; }},
+        {"drawing data delDict", true,
+         [](const ads_name) { return kz_AcDwgData_delDict(nullptr, kDict) == 1; }},
     };
     return kOperations;
 }
@@ -110,13 +164,32 @@ class Faults : public testing::TestWithParam<size_t> {
         ASSERT_TRUE(
             host::openDrawing(folder_.write("in.dxf", drawing(line("30", "0", fields))), error))
             << error;
+        ASSERT_EQ(writeRecord(kDict, kGroup, false), 1);
     }
 
-    /// What the entity holds, of both applications.
+    static std::string keysOf(const kz_Char* dict) {
+        std::string keys;
+        kz_StrList* list = kz_DwgData_getXGroups(nullptr, dict);
+        for (; kz_StrList_eol(list) == 0; kz_StrList_next(list))
+            keys += test::narrow(kz_StrList_getCurr(list)) + " ";
+        kz_StrList_destroy(list);
+        return keys;
+    }
+
+    static bool hasDictionary(const kz_Char* key) {
+        ads_name root;
+        acdbNamedObjDict(root);
+        const Chain found(acdbDictSearch(root, key, 0));
+        return found != nullptr;
+    }
+
+    /// What the entity holds, of both applications, and what the drawing does.
     static std::string state() {
         const Ename entity(u"30");
         return test::take(kz_Xdata_getFromEnt(entity.name, KZ_T("OTHER"))) + " / " +
-               test::take(kz_Xdata_getFromEnt(entity.name, KZ_T("FRESH")));
+               test::take(kz_Xdata_getFromEnt(entity.name, KZ_T("FRESH"))) + " / " + keysOf(kDict) +
+               test::take(kz_AcXrecord_getFromDict(nullptr, kDict, kGroup)) + " / " +
+               (hasDictionary(KZ_T("NEW")) ? "NEW" : "");
     }
 
     TempFolder folder_;
