@@ -16,6 +16,7 @@ for entities in $(( ${1:-100000} / 10 )) "${1:-100000}"; do
 done
 build/release/bench_spine "${drawings[@]}"
 build/release/bench_undo
+build/release/bench_records
 build/release/bench_trace
 echo
 /usr/bin/python3 -B bench/peers/ezdxf_spine.py "${drawings[@]}"

@@ -2,6 +2,7 @@
 #include "base/faults.h"
 
 #include <array>
+#include <string>
 
 #include "host/testing.h"
 
@@ -24,6 +25,13 @@ struct Fault {
 
 Fault armed;
 
+struct VariableFault {
+    std::string name;
+    int status = 0;
+};
+
+VariableFault failing_variable;
+
 }  // namespace
 
 bool faults_armed = false;
@@ -33,6 +41,12 @@ bool countCall(Call call, int& status) {
     if (++armed.calls != armed.nth) return false;
     armed.fired = true;
     status = armed.status;
+    return true;
+}
+
+bool variableMustFail(std::string_view name, int& status) {
+    if (failing_variable.name != name) return false;
+    status = failing_variable.status;
     return true;
 }
 
@@ -52,6 +66,10 @@ bool failCall(std::string_view function, int nth, int status) {
     return false;
 }
 
+void failVariable(std::string_view name, int status) {
+    failing_variable = {std::string(name), status};
+}
+
 bool faultFired() {
     return armed.fired;
 }
@@ -59,6 +77,7 @@ bool faultFired() {
 void clearFault() {
     armed = {};
     faults_armed = false;
+    failing_variable = {};
 }
 
 }  // namespace testing

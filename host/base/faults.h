@@ -3,6 +3,8 @@
 #ifndef HOST_BASE_FAULTS_H
 #define HOST_BASE_FAULTS_H
 
+#include <string_view>
+
 namespace host {
 
 /// The functions that can be made to fail.
@@ -26,6 +28,9 @@ inline bool mustFail(Call call) {
     int status = 0;
     return mustFail(call, status);
 }
+
+/// True when a test lets the system variable of this name (in upper case) fail.
+bool variableMustFail(std::string_view name, int& status);
 
 }  // namespace host
 

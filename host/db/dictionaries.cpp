@@ -192,6 +192,10 @@ Acad::ErrorStatus Database::checkNewEntry(Slot slot, std::u16string_view key, Sl
         return Acad::eAlreadyInDb;
     }
     // No dictionary gets into what it holds itself.
+    const DictionaryData* held = dictionary(object);
+    if (held == nullptr || held->livingCount() == 0) {
+        return object == slot ? Acad::eInvalidInput : Acad::eOk;
+    }
     for (Slot above = slot; above != kNoSlot; above = records_[above].owner) {
         if (above == object) return Acad::eInvalidInput;
     }

@@ -6,6 +6,7 @@
 
 #include <memory>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "db/database.h"
@@ -20,6 +21,7 @@ struct DatabaseLinks {
     Slot host_block = kNoSlot;                 ///< its block there
     /// Drawings that were read for the blocks of this one.
     std::unordered_map<Slot, std::unique_ptr<Database>> attached;
+    std::unordered_set<Slot> unloaded;  ///< blocks whose drawings are not to be read
     std::unordered_map<Slot, std::vector<ObjectObserver*>> observers;
 };
 

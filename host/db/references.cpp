@@ -1,20 +1,15 @@
 /// Attached drawings: blocks that stand for another file, the drawings read for them, where they
 /// are placed; and the walk over a drawing's entities.
 #include <cmath>
-#include <filesystem>
 #include <numbers>
 
+#include "db/attach.h"
 #include "db/links.h"
 #include "dxf/reader.h"
 #include "kz_tls21an/text.h"
 
-namespace fs = std::filesystem;
-
 namespace host {
 namespace {
-
-constexpr int64_t kAttached = 4;
-constexpr int64_t kOverlay = 8;
 
 std::u16string textOf(Database& drawing, Slot slot, int code, std::u16string_view otherwise) {
     const Tags& tags = drawing.tags(slot);
@@ -30,47 +25,6 @@ double realOf(const Tags& tags, int code, double otherwise) {
 int64_t integerOf(const Tags& tags, int code, int64_t otherwise) {
     const size_t at = findTag(tags, code);
     return at < tags.size() ? tags[at].integer() : otherwise;
-}
-
-/// What the block's BLOCK says of an attachment. False for a block of the drawing itself.
-bool describe(Database& drawing, Slot record, Attachment& out) {
-    const Block* block = drawing.findBlock(record);
-    if (block == nullptr || block->begin == kNoSlot || drawing.record(record).erased) return false;
-    const int64_t flags = integerOf(drawing.tags(block->begin), 70, 0);
-    if ((flags & (kAttached | kOverlay)) == 0) return false;
-    out.block = drawing.idOf(record);
-    out.name = drawing.symbolName(record);
-    out.path = textOf(drawing, block->begin, 1, u"");
-    out.overlay = (flags & kOverlay) != 0;
-    return true;
-}
-
-/// The file of an attachment: its path, taken from the drawing's folder when it is none of its own,
-/// or the file of that name in this folder. Empty when there is none.
-fs::path findFile(const Database& drawing, const std::u16string& path) {
-    std::string text = kz::toUtf8(path);
-    for (char& c : text) {
-        if (c == '\\') c = '/';
-    }
-    if (text.empty()) return {};
-    const fs::path wanted(text);
-    const fs::path folder = fs::path(drawing.path()).parent_path();
-    std::error_code error;
-    for (const fs::path& candidate : {folder / wanted, folder / wanted.filename()}) {
-        if (!fs::is_regular_file(candidate, error)) continue;
-        fs::path found = fs::canonical(candidate, error);
-        if (!error) return found;
-    }
-    return {};
-}
-
-/// True when the file is that of the drawing or of one that it is attached to, at any depth.
-bool isAbove(Database* drawing, const fs::path& file) {
-    for (; drawing != nullptr; drawing = drawing->links().host_drawing) {
-        std::error_code error;
-        if (!drawing->path().empty() && fs::equivalent(drawing->path(), file, error)) return true;
-    }
-    return false;
 }
 
 /// The axes of an extrusion direction by the arbitrary axis rule of the DXF reference.
@@ -149,7 +103,9 @@ std::vector<Attachment> attachments(AcDbDatabase* facade) {
     if (drawing == nullptr) return found;
     for (const Slot record : drawing->blockRecords()) {
         Attachment attachment;
-        if (describe(*drawing, record, attachment)) found.push_back(std::move(attachment));
+        if (describeAttachment(*drawing, record, attachment)) {
+            found.push_back(std::move(attachment));
+        }
     }
     return found;
 }
@@ -158,19 +114,24 @@ AcDbDatabase* attachedDrawing(AcDbObjectId block) {
     Database* drawing = Database::find(block);
     if (drawing == nullptr) return nullptr;
     const Slot record = drawing->slotOf(block);
+    DatabaseLinks& links = drawing->links();
     Attachment attachment;
-    if (!describe(*drawing, record, attachment)) return nullptr;
-    const auto present = drawing->links().attached.find(record);
-    if (present != drawing->links().attached.end()) return present->second->facade();
-    const fs::path file = findFile(*drawing, attachment.path);
-    if (file.empty() || isAbove(drawing, file)) return nullptr;
+    if (links.unloaded.contains(record) || !describeAttachment(*drawing, record, attachment)) {
+        return nullptr;
+    }
+    const auto present = links.attached.find(record);
+    if (present != links.attached.end()) return present->second->facade();
+    // An overlay is for the drawing that it was attached to, and not for those above.
+    if (attachment.overlay && links.host_drawing != nullptr) return nullptr;
+    const std::string file = attachmentFile(*drawing, attachment.path);
+    if (file.empty() || leadsBack(drawing, file)) return nullptr;
     std::string error;
-    std::unique_ptr<Database> read = dxf::readFile(file.string(), error);
+    std::unique_ptr<Database> read = dxf::readFile(file, error);
     if (read == nullptr) return nullptr;
     read->links().host_drawing = drawing;
     read->links().host_block = record;
     AcDbDatabase* const facade = read->facade();
-    drawing->links().attached.emplace(record, std::move(read));
+    links.attached.emplace(record, std::move(read));
     return facade;
 }
 

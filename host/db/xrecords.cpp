@@ -106,13 +106,12 @@ Acad::ErrorStatus AcDbXrecord::rbChain(resbuf** chain) const {
     if (chain == nullptr) return Acad::eInvalidInput;
     *chain = nullptr;
     if (host::mustFail(host::Call::rbChain, fault)) return static_cast<Acad::ErrorStatus>(fault);
+    if (database_ == nullptr) return Acad::eNoDatabase;
     if (!isReadEnabled()) return Acad::eNotOpenForRead;
-    if (database_ == nullptr && content_ == nullptr) return Acad::eOk;
-    const host::Database& drawing = database_ != nullptr ? *database_ : *content_->drawing;
-    const host::Tags& tags = database_ != nullptr ? database_->tags(slot_) : content_->groups;
-    const size_t from = database_ != nullptr ? host::xrecordData(drawing, tags) : 0;
+    const host::Tags& tags = database_->tags(slot_);
+    const size_t from = host::xrecordData(*database_, tags);
     host::ChainBuilder builder;
-    host::addGroups(drawing, tags, from, builder);
+    host::addGroups(*database_, tags, from, builder);
     *chain = builder.release();
     return *chain == nullptr && from < tags.size() ? Acad::eOutOfMemory : Acad::eOk;
 }

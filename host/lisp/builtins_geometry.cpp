@@ -2,6 +2,7 @@
 #include <cmath>
 #include <numbers>
 
+#include "acad/ed.h"
 #include "lisp/builtin.h"
 #include "lisp/interpreter.h"
 
@@ -49,6 +50,56 @@ Value polar(Interpreter& in, Args args) {
     return from.flat ? makeList(x, y) : makeList(x, y, Value::real(from.z));
 }
 
+Value pointValue(const ads_point point) {
+    return makeList(Value::real(point[0]), Value::real(point[1]), Value::real(point[2]));
+}
+
+/// A coordinate system: the code of one, an entity, or an extrusion direction.
+resbuf systemArg(Interpreter& in, const Value& value) {
+    resbuf node{};
+    if (value.isInteger()) {
+        const int32_t code = value.integer();
+        node.restype = RTSHORT;
+        node.resval.rint = code == static_cast<int16_t>(code) ? static_cast<int16_t>(code) : -1;
+    } else if (value.is(Kind::EntityName)) {
+        node.restype = RTENAME;
+        ads_name_set(value.as<EntityName>()->name, node.resval.rlname);
+    } else {
+        const Point direction = pointArg(in, value);
+        node.restype = RT3DPOINT;
+        node.resval.rpoint[0] = direction.x;
+        node.resval.rpoint[1] = direction.y;
+        node.resval.rpoint[2] = direction.z;
+    }
+    return node;
+}
+
+/// The elevation lifts flat points of the user's system.
+double elevation() {
+    resbuf value{};
+    return acedGetVar(u"ELEVATION", &value) == RTNORM ? value.resval.rreal : 0.0;
+}
+
+Value trans(Interpreter& in, Args args) {
+    const Point given = pointArg(in, args[0]);
+    const resbuf from = systemArg(in, args[1]), to = systemArg(in, args[2]);
+    const bool displacement = bool(optionalArg(args, 3));
+    const bool of_user = from.restype == RTSHORT && from.resval.rint == 1;
+    const bool lifted = given.flat && of_user && !displacement;
+    const ads_point point = {given.x, given.y, lifted ? elevation() : given.z};
+    ads_point out;
+    if (acedTrans(point, &from, &to, displacement ? 1 : 0, out) != RTNORM) return Value();
+    return pointValue(out);
+}
+
+Value osnap(Interpreter& in, Args args) {
+    const Point given = pointArg(in, args[0]);
+    const std::u16string modes(textArg(in, args[1]));
+    const ads_point point = {given.x, given.y, given.z};
+    ads_point out;
+    return acedOsnap(point, modes.c_str(), out) == RTNORM ? pointValue(out) : Value();
+}
+
 const Builtin kRows[] = {
     {"distance", 2, 2, distance, "(distance point point)",
      "Distance of two points; in the plane when one has no z."},
@@ -56,6 +107,10 @@ const Builtin kRows[] = {
      "Direction from one point to another, in radians from the x axis."},
     {"polar", 3, 3, polar, "(polar point angle distance)",
      "Point in a direction and distance from another."},
+    {"trans", 3, 4, trans, "(trans point from to [displacement])",
+     "Point or displacement from one coordinate system to another; nil for an unknown one."},
+    {"osnap", 2, 2, osnap, "(osnap point modes)",
+     "Point of an entity that object snaps find near another; nil for none."},
 };
 
 }  // namespace

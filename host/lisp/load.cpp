@@ -8,6 +8,8 @@
 #include <memory>
 #include <system_error>
 
+#include "base/search_path.h"
+#include "db/database.h"
 #include "kz_tls21an/text.h"
 
 namespace host::lisp {
@@ -15,10 +17,9 @@ namespace host::lisp {
 namespace fs = std::filesystem;
 
 std::string findFile(const std::string& name) {
-    std::error_code error;
-    if (name.empty() || !fs::is_regular_file(name, error)) return {};
-    const fs::path path = fs::absolute(name, error);
-    return error ? std::string() : path.lexically_normal().string();
+    const Database* drawing = currentDatabase();
+    const fs::path file = drawing == nullptr ? "" : drawing->path();
+    return findInPath(name, file.parent_path().string());
 }
 
 std::string findProgram(const std::string& name) {

@@ -6,8 +6,7 @@
 
 namespace host::lisp {
 
-/// Full path of an existing file; empty when there is none. Names are relative to the working
-/// directory.
+/// Full path of an existing file, as acedFindFile finds it; empty when there is none.
 std::string findFile(const std::string& name);
 /// The same for a program, whose name may lack its ".lsp".
 std::string findProgram(const std::string& name);

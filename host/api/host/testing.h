@@ -16,6 +16,9 @@ HOST_API std::vector<std::string_view> platformCalls();
 /// answers with a status gives `status`, one that gives a pointer NULL. @return false for an
 /// unknown name
 HOST_API bool failCall(std::string_view function, int nth, int status);
+/// From now on every reading and setting of the system variable `name` (in upper case) gives
+/// `status`; one variable at a time.
+HOST_API void failVariable(std::string_view name, int status);
 /// True when the armed fault has happened.
 HOST_API bool faultFired();
 /// No call fails any more.

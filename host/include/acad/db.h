@@ -8,6 +8,7 @@
 #include <string>
 
 #include "acad/ads.h"
+#include "acad/extents.h"
 #include "acad/ge.h"
 
 namespace host {
@@ -76,6 +77,25 @@ class AcDbObjectId {
 
   private:
     uint64_t value_ = 0;
+};
+
+/// A colour by its index: 0 by block, 1 to 255, 256 by layer.
+class AcCmColor {
+  public:
+    uint16_t colorIndex() const { return index_; }
+    /// @return eInvalidInput for an index above 256; the colour is then as it was
+    Acad::ErrorStatus setColorIndex(uint16_t index) {
+        if (index > kByLayer) return Acad::eInvalidInput;
+        index_ = index;
+        return Acad::eOk;
+    }
+    bool isByLayer() const { return index_ == kByLayer; }
+    bool isByBlock() const { return index_ == 0; }
+    bool operator==(const AcCmColor& other) const { return index_ == other.index_; }
+
+  private:
+    static constexpr uint16_t kByLayer = 256;
+    uint16_t index_ = kByLayer;
 };
 
 /// Base of all database objects. Instances are the database's own; callers hold them between
@@ -191,6 +211,21 @@ class ACAD_API AcDbDatabase {
     bool undoRecording() const;
     /// The record of the block under which this drawing is attached to another; null when it isn't.
     AcDbObjectId xrefBlockId() const;
+
+    // Settings of the drawing. One that has none gives those of a new drawing.
+
+    /// The user coordinate system of model space: its origin and two of its axes, in the world.
+    AcGePoint3d ucsorg() const;
+    AcGeVector3d ucsxdir() const;
+    AcGeVector3d ucsydir() const;
+    /// Colour of new entities.
+    AcCmColor cecolor() const;
+    Acad::ErrorStatus setCecolor(const AcCmColor& color);
+    /// Layer of new entities.
+    AcDbObjectId clayer() const;
+    /// @return eNullObjectId, eNotThatKindOfClass for what is no layer of this drawing, eWasErased,
+    /// eInvalidInput for one that is frozen or comes from an attached drawing
+    Acad::ErrorStatus setClayer(AcDbObjectId layer);
 
   private:
     friend class host::Database;

@@ -105,7 +105,8 @@ class ACAD_API AcDbXrecord : public AcDbObject {
     ~AcDbXrecord() override;
 
     /// A copy of the groups, which the caller releases; NULL for an empty record. @return
-    /// eNotOpenForRead, eOutOfMemory; `*chain` is then NULL
+    /// eNotOpenForRead, eNoDatabase for a record that is in no drawing, eOutOfMemory; `*chain` is
+    /// then NULL
     Acad::ErrorStatus rbChain(resbuf** chain) const;
     /// Puts a copy of the chain (NULL: nothing) in the place of what the record holds. Points have
     /// three coordinates. A record that is not in a drawing yet is filled for `database`, which has

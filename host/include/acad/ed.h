@@ -63,6 +63,10 @@ ACAD_API int acedCommandS(int restype, ...);
 /// The same from a chain of result buffers.
 ACAD_API int acedCmdS(const resbuf* chain);
 
+/// Full path of a file (room for 513 characters): the name as it stands, beside the drawing in the
+/// editor, or in a folder of the environment variable KZ_PATH. @return RTERROR when there is none
+ACAD_API int acedFindFile(const ACHAR* name, ACHAR* result);
+
 /// Switches between picture and text; nothing is to be seen here. @return RTNORM
 ACAD_API int acedGraphScr(void);
 ACAD_API int acedTextScr(void);

@@ -1,0 +1,53 @@
+/// Attaching and detaching drawings. An attached drawing is a block whose BLOCK carries the flag 4
+/// (8 for an overlay) and the path of a file; its layers and line types stand in the tables as
+/// NAME|LAYER as long as it is attached.
+#ifndef HOST_DB_ATTACH_H
+#define HOST_DB_ATTACH_H
+
+#include <string>
+#include <string_view>
+
+#include "db/database.h"
+#include "host/drawings.h"
+
+namespace host {
+
+/// Makes the block of an attached drawing, reads the file, and enters its layers and line types.
+/// @return its record; kNoSlot with one sentence in `refusal` for a name that can't be one or is in
+/// use, a file that is missing or can't be read, and one that leads back to the drawing
+Slot attachDrawing(Database& drawing, std::u16string_view name, std::u16string_view path,
+                   bool overlay, std::u16string& refusal);
+/// Erases the block, all references to it, and its layers and line types.
+void detachDrawing(Database& drawing, Slot block);
+/// Forgets the file's contents until a reload. References stay, and show nothing.
+void unloadDrawing(Database& drawing, Slot block);
+/// Reads the file anew, also after an unload. @return false with a sentence in `refusal`; what was
+/// there before stays
+bool reloadDrawing(Database& drawing, Slot block, std::u16string& refusal);
+/// Lets the block stand for another file and reads it. @return as reloadDrawing
+bool setAttachmentPath(Database& drawing, Slot block, std::u16string_view path,
+                       std::u16string& refusal);
+
+/// What a block stands for.
+enum class AttachmentState {
+    None,      ///< a block of the drawing itself, or an erased one
+    Loaded,    ///< the file was read, or will be when it is first needed
+    Unloaded,  ///< on demand of the user
+    Missing,   ///< there is no such file
+    Circular,  ///< the file is one that the drawing was itself reached from
+    Broken     ///< the file can't be read
+};
+AttachmentState attachmentState(Database& drawing, Slot block);
+
+/// What the block's BLOCK says of an attachment. False for a block of the drawing itself, and for
+/// an erased one.
+bool describeAttachment(Database& drawing, Slot block, Attachment& out);
+/// The file of an attachment, from its path as a drawing has it: in the drawing's folder, or the
+/// file of that name there or in a support folder. Empty when there is none.
+std::string attachmentFile(const Database& drawing, std::u16string_view path);
+/// True when the file is that of the drawing or of one that it is attached to, at any depth.
+bool leadsBack(Database* drawing, const std::string& file);
+
+}  // namespace host
+
+#endif

@@ -1,0 +1,148 @@
+/// The walk over entities and the blocks that they insert, and the boxes around what is drawn.
+#include "edit/shapes.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "edit/drawing_state.h"
+#include "edit/entity_system.h"
+#include "edit/shape_rules.h"
+#include "edit/tag_values.h"
+#include "kz_tls21an/text.h"
+
+namespace host {
+namespace {
+
+/// Blocks in blocks deeper than this are not looked into.
+constexpr size_t kDeepest = 64;
+
+class BoxVisitor : public ShapeVisitor {
+  public:
+    void curve(const Curve& curve, CurveRole role) override {
+        if (role != CurveRole::Endless) box.addExt(curve.extents());
+    }
+    void mark(MarkKind kind, const AcGePoint3d& point) override {
+        if (kind == MarkKind::Node) box.addPoint(point);
+    }
+    /// The exact contents, as far as they can widen the box; the box of what is deep inside.
+    bool enters(const AcDbExtents& inserted, int depth) override {
+        if (box.contains(inserted)) return false;
+        constexpr int kExactDepth = 3;
+        if (depth < kExactDepth && exact) return true;
+        box.addExt(inserted);
+        return false;
+    }
+
+    AcDbExtents box;
+    bool exact = true;
+};
+
+}  // namespace
+
+bool ShapeWalker::isOpen(Slot block) const {
+    return std::find(open_.begin(), open_.end(), block) != open_.end();
+}
+
+Slot ShapeWalker::layerOf(Slot entity) {
+    const Tags& tags = database_.tags(entity);
+    const size_t at = findTag(tags, 8);
+    const std::u16string name = at < tags.size() ? tags[at].text(database_.codec()) : u"0";
+    // What stands on layer 0 of a block is where the insertion is.
+    if (name == u"0" && !layers_.empty() && layers_.back() != kNoSlot) return layers_.back();
+    return database_.findSymbol("LAYER", name);
+}
+
+bool ShapeWalker::isVisible(Slot entity, Slot layer) {
+    if (measuring_) return true;
+    if (integerOf(database_.tags(entity), 60, 0) != 0) return false;
+    if (layer == kNoSlot) return true;
+    const Tags& tags = database_.tags(layer);
+    constexpr int64_t kFrozen = 1;
+    if ((integerOf(tags, 70, 0) & kFrozen) != 0) return false;
+    // An insertion on a layer that is off shows what its block has on other layers.
+    const bool off = integerOf(tags, 62, 7) < 0 && database_.typeName(entity) != "INSERT";
+    return !off || with_layers_off_;
+}
+
+void ShapeWalker::visit(Slot entity, const AcGeMatrix3d& to, ShapeVisitor& visitor) {
+    if (database_.record(entity).erased) return;
+    const Slot layer = layerOf(entity);
+    if (!isVisible(entity, layer)) return;
+    visitor.begin(entity);
+    EntityShape shape(database_, entity, to, visitor);
+    shape.show();
+    EntityShape::Inserted inserted;
+    if (shape.inserts(inserted)) {
+        layers_.push_back(layer);
+        for (const AcGeMatrix3d& way : inserted.ways)
+            visitInserted(inserted.name, to * way, visitor);
+        layers_.pop_back();
+    }
+    visitAttributes(entity, to, visitor);
+    visitor.end(entity);
+}
+
+void ShapeWalker::visitAttributes(Slot main, const AcGeMatrix3d& to, ShapeVisitor& visitor) {
+    if (database_.typeName(main) != "INSERT") return;
+    constexpr int64_t kInvisible = 1;
+    for (const Slot attribute : subEntities(database_, main, "ATTRIB")) {
+        if ((integerOf(database_.tags(attribute), 70, 0) & kInvisible) != 0) continue;
+        visit(attribute, to, visitor);
+    }
+}
+
+void ShapeWalker::visitInserted(std::u16string_view name, const AcGeMatrix3d& to,
+                                ShapeVisitor& visitor) {
+    const Slot block = database_.findSymbol("BLOCK_RECORD", name);
+    if (block == kNoSlot || isOpen(block) || open_.size() > kDeepest) return;
+    AcDbExtents box = boxOf(block);
+    box.transformBy(to);
+    if (box.isEmpty() || !visitor.enters(box, static_cast<int>(layers_.size()) - 1)) return;
+    visitBlock(block, to, visitor);
+}
+
+void ShapeWalker::visitBlock(Slot block, const AcGeMatrix3d& to, ShapeVisitor& visitor) {
+    const Block* contents = database_.findBlock(block);
+    if (contents == nullptr) return;
+    open_.push_back(block);
+    for (const Slot slot : contents->contents) {
+        if (database_.record(slot).object_class != ObjectClass::Entity) continue;
+        // An attribute's definition shows through the attributes of the insertions.
+        if (!layers_.empty() && database_.typeName(slot) == "ATTDEF") continue;
+        visit(slot, to, visitor);
+    }
+    open_.pop_back();
+}
+
+const AcDbExtents& ShapeWalker::boxOf(Slot block) {
+    const auto [found, made] = boxes_.try_emplace(block);
+    if (!made) return found->second;  // empty while it is being measured
+    AcDbExtents& box = found->second;
+    const bool outer = std::exchange(measuring_, true);
+    BoxVisitor visitor;
+    visitor.exact = false;
+    layers_.push_back(kNoSlot);
+    visitBlock(block, {}, visitor);
+    layers_.pop_back();
+    measuring_ = outer;
+    box = visitor.box;
+    return box;
+}
+
+AcDbExtents entityExtents(Database& database, Slot entity) {
+    BoxVisitor visitor;
+    ShapeWalker(database, true).visit(entity, {}, visitor);
+    return visitor.box;
+}
+
+AcDbExtents drawnExtents(Database& database, Slot space, const AcGeMatrix3d& to) {
+    BoxVisitor visitor;
+    ShapeWalker(database, true).visitBlock(space, to, visitor);
+    return visitor.box;
+}
+
+Slot currentSpace(Database& database) {
+    return inPaperSpace(database) ? database.paperSpace() : database.modelSpace();
+}
+
+}  // namespace host

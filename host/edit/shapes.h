@@ -1,0 +1,88 @@
+/// What entities look like: the curves and marked points of an entity, blocks that it inserts
+/// resolved, in the coordinates that the caller wants. Snapping, extents, selection by place and
+/// plotting stand on this.
+#ifndef HOST_EDIT_SHAPES_H
+#define HOST_EDIT_SHAPES_H
+
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "db/database.h"
+#include "geom/curve.h"
+
+namespace host {
+
+/// What a curve is to its entity.
+enum class CurveRole {
+    Drawn,        ///< the curve itself
+    Approximate,  ///< a straight part of a curve that has no better form here
+    Frame,        ///< around what has no curves: a text, an image
+    Endless       ///< part of a line without ends
+};
+
+enum class MarkKind {
+    Node,       ///< a point
+    Insertion,  ///< where a block or a text is put
+    End         ///< of a curve that comes in approximate parts
+};
+
+/// Gets the parts of what a walk meets.
+class ShapeVisitor {
+  public:
+    virtual ~ShapeVisitor() = default;
+    virtual void curve(const Curve& curve, CurveRole role) = 0;
+    virtual void mark(MarkKind, const AcGePoint3d&) {}
+    /// An entity begins and ends, also each one in a block; its parts come in between.
+    virtual void begin(Slot) {}
+    virtual void end(Slot) {}
+    /// Whether to look into an insertion whose contents lie in this box. @param depth  0 for one
+    /// that is in no block itself
+    virtual bool enters(const AcDbExtents& box, int depth) {
+        (void)box;
+        (void)depth;
+        return true;
+    }
+};
+
+/// Walks over entities of one drawing that does not change meanwhile. What is invisible, on a
+/// frozen layer or, if wanted, on one that is off is left out.
+class ShapeWalker {
+  public:
+    explicit ShapeWalker(Database& database, bool with_layers_off = false)
+        : database_(database), with_layers_off_(with_layers_off) {}
+
+    /// Visits one entity. @param to  from the coordinates of its block to the visitor's
+    void visit(Slot entity, const AcGeMatrix3d& to, ShapeVisitor& visitor);
+    /// Visits the main entities of a block in drawing order.
+    void visitBlock(Slot block, const AcGeMatrix3d& to, ShapeVisitor& visitor);
+
+  private:
+    bool isVisible(Slot entity, Slot layer);
+    /// The layer whose state counts for an entity.
+    Slot layerOf(Slot entity);
+    void visitAttributes(Slot main, const AcGeMatrix3d& to, ShapeVisitor& visitor);
+    void visitInserted(std::u16string_view name, const AcGeMatrix3d& to, ShapeVisitor& visitor);
+    /// Box around a block's contents, in its own coordinates; hidden ones count.
+    const AcDbExtents& boxOf(Slot block);
+    bool isOpen(Slot block) const;
+
+    Database& database_;
+    bool with_layers_off_;
+    bool measuring_ = false;
+    std::vector<Slot> open_;    ///< blocks that are being visited, outermost first
+    std::vector<Slot> layers_;  ///< of the insertions that they are visited for
+    std::unordered_map<Slot, AcDbExtents> boxes_;
+};
+
+/// Box around one entity, with all that it inserts; empty for one that shows nothing.
+AcDbExtents entityExtents(Database& database, Slot entity);
+/// Box around what is drawn in a space, on layers that are not frozen. @param to  from the world to
+/// the coordinates of the box
+AcDbExtents drawnExtents(Database& database, Slot space, const AcGeMatrix3d& to = {});
+/// The block of the space that is worked in.
+Slot currentSpace(Database& database);
+
+}  // namespace host
+
+#endif

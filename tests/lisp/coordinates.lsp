@@ -1,0 +1,28 @@
+;;; Coordinate systems as Lisp sees them, and object snaps.
+
+(defun new-line (from to) (entmakex (list '(0 . "LINE") '(8 . "0") (cons 10 from) (cons 11 to))))
+
+(is "the world and the user's system are one" '(1.0 2.0 3.0) '(trans '(1 2 3) 0 1))
+(is "an extrusion direction" '((-1.0 2.0 -3.0) (2.0 3.0 1.0)) '(list (trans '(1 2 3) '(0 0 -1) 0) (trans '(1 2 3) 0 '(1 0 0))))
+(is "there and back" "(1.0 2.0 3.0)" '(vl-princ-to-string (trans (trans '(1 2 3) 0 '(1.0 1.0 1.0)) '(1.0 1.0 1.0) 0)))
+(is "the display of a plan" '(1.0 2.0 3.0) '(trans '(1 2 3) 0 2))
+(is "flat points of the user's system are lifted" '((1.0 2.0 5.0) (1.0 2.0 0.0) (1.0 2.0 0.0))
+    '(progn (setvar "ELEVATION" 5.0) (list (trans '(1 2) 1 0) (trans '(1 2) 0 1) (trans '(1 2) 1 0 t))))
+(setvar "ELEVATION" 0.0)
+(is "an entity's system" '(-5.0 5.0 -1.0)
+    '(trans '(5 5 1) (entmakex '((0 . "CIRCLE") (8 . "0") (10 5 5 1) (40 . 2.0) (210 0.0 0.0 -1.0))) 0))
+(is "unknown systems" '(nil nil nil nil) '(list (trans '(1 2 3) 0 4) (trans '(1 2 3) -1 0) (trans '(1 2 3) 0 '(0 0 0)) (trans '(1 2 3) 0 3)))
+(fails "no point" "bad argument type: 2D/3D point" '(trans "x" 0 1))
+(fails "no system" "bad argument type: 2D/3D point" '(trans '(1 2 3) 0 "UCS"))
+
+(setq a (new-line '(0 0 0) '(100 0 0)))
+(setq b (new-line '(50 -50 0) '(50 50 0)))
+(is "snaps" '((0.0 0.0 0.0) (50.0 0.0 0.0) (50.0 0.0 0.0)) '(list (osnap '(20 1) "end") (osnap '(20 1) "_mid") (osnap '(51.0 1.0) "int")))
+(is "nothing there" '(nil nil) '(list (osnap '(20 90) "end") (osnap '(20 1) "cen")))
+(fails "modes are a text" "bad argument type: stringp 1" '(osnap '(0 0) 1))
+(is "the last entity that has a point" '(50.0 -50.0 0.0)
+    '(progn (setvar "APERTURE" 50) (osnap '(45.0 -1.0 0.0) "quick,end")))
+(setvar "APERTURE" 10)
+(entdel a)
+(is "what is erased is not found" nil '(osnap '(0 0) "end"))
+(finish)

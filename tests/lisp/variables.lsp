@@ -1,0 +1,78 @@
+;;; System variables: kinds, ranges, what keeps them, what follows from the drawing.
+
+(defun kinds (names) (mapcar '(lambda (name) (type (getvar name))) names))
+(defun rejected (name value) (vl-catch-all-error-p (vl-catch-all-apply 'setvar (list name value))))
+;; The value before, the one set, and what is then read.
+(defun change (name value / before)
+  (setq before (getvar name))
+  (list before (setvar name value) (getvar name)))
+
+(is "names in any case, and symbols" '(1 1 1) '(list (getvar "CMDECHO") (getvar "cmdEcho") (getvar 'cmdecho)))
+(is "unknown" nil '(getvar "KZ_NO_SUCH"))
+(fails "no name" "bad argument type: stringp 5" '(getvar 5))
+(fails "setting an unknown one" "AutoCAD variable setting rejected: \"KZ_NO_SUCH\" 1" '(setvar "KZ_NO_SUCH" 1))
+(fails "read-only" "AutoCAD variable setting rejected: \"ACADVER\" \"9\"" '(setvar "ACADVER" "9"))
+(fails "out of range" "AutoCAD variable setting rejected: \"ORTHOMODE\" 2" '(setvar "ORTHOMODE" 2))
+(fails "a real for an integer" "AutoCAD variable setting rejected: \"LUPREC\" 3.0" '(setvar "LUPREC" 3.0))
+(is "nothing has changed" '(0 4) '(mapcar 'getvar '(ORTHOMODE LUPREC)))
+
+(is "kinds" '(INT REAL STR LIST INT) '(kinds '("OSMODE" "LTSCALE" "CLAYER" "LASTPOINT" "DIMZIN")))
+(is "integers" '(0 63 63) '(change "OSMODE" 63))
+(is "an integer is good for a real" '(1.0 2 2.0) '(change "LTSCALE" 2))
+(is "texts" '("" "note" "note") '(change "USERS3" "note"))
+(is "points of three coordinates" '((0.0 0.0 0.0) (1.0 2.0 3.0) (1.0 2.0 3.0)) '(change "INSBASE" '(1.0 2.0 3.0)))
+(is "a flat one has z 0" '((1.0 2.0 3.0) (4 5) (4.0 5.0 0.0)) '(change "INSBASE" '(4 5)))
+(is "points of two coordinates" '((420.0 297.0) (100 50 7) (100.0 50.0)) '(change "LIMMAX" '(100 50 7)))
+(is "what can't be" '(T T T T T T T T T T)
+    '(list (rejected "LTSCALE" 0.0) (rejected "LTSCALE" -1.0) (rejected "LTSCALE" "2") (rejected "USERS1" 2)
+           (rejected "LIMMAX" 3.0) (rejected "LASTPOINT" "x") (rejected "AUNITS" 5) (rejected "TEXTSIZE" 0)
+           (rejected "USERI1" 40000) (rejected "SNAPUNIT" '(0.0 1.0))))
+(is "no infinite numbers" 'T '(rejected "USERR1" (* 1e300 1e300)))
+(is "users' own" '(7 2.5 -32768) '(list (setvar "USERI1" 7) (setvar "USERR5" 2.5) (setvar "USERI5" -32768)))
+
+;; Names have to be there.
+(entmake '((0 . "LAYER") (100 . "AcDbSymbolTableRecord") (100 . "AcDbLayerTableRecord") (2 . "Pipes") (70 . 0) (62 . 3) (6 . "Continuous")))
+(entmake '((0 . "LAYER") (100 . "AcDbSymbolTableRecord") (100 . "AcDbLayerTableRecord") (2 . "Ice") (70 . 1) (62 . 3) (6 . "Continuous")))
+(is "a layer, as its table spells it" '("0" "PIPES" "Pipes") '(change "CLAYER" "PIPES"))
+(is "new entities lie on it" "Pipes" '(cdr (assoc 8 (entget (progn (entmake '((0 . "POINT") (10 0 0 0))) (entlast))))))
+(is "no such layer, a frozen one" '(T T) '(list (rejected "CLAYER" "None") (rejected "CLAYER" "Ice")))
+(is "line types" '("ByLayer" "continuous" "Continuous") '(change "CELTYPE" "continuous"))
+(is "by block is always there" "ByBlock" '(progn (setvar "CELTYPE" "BYBLOCK") (getvar "CELTYPE")))
+(is "text styles" '(T "Standard") '(list (rejected "TEXTSTYLE" "Fancy") (progn (setvar "TEXTSTYLE" "STANDARD") (getvar "TEXTSTYLE"))))
+
+;; Colours and weights.
+(is "colours by number and name" '("BYLAYER" "1" "3" "BYBLOCK")
+    '(list (getvar "CECOLOR") (progn (setvar "CECOLOR" "red") (getvar "CECOLOR"))
+           (progn (setvar "CECOLOR" "3") (getvar "CECOLOR")) (progn (setvar "CECOLOR" "ByBlock") (getvar "CECOLOR"))))
+(is "no colours" '(T T T T) '(list (rejected "CECOLOR" "256") (rejected "CECOLOR" "mauve") (rejected "CECOLOR" "") (rejected "CECOLOR" 1)))
+(is "weights that there are" '(-1 25 25) '(change "CELWEIGHT" 25))
+(is "and one that there is not" 'T '(rejected "CELWEIGHT" 26))
+(is "figures of points" '(35 T) '(list (setvar "PDMODE" 35) (rejected "PDMODE" 5)))
+
+;; The view and the user's coordinate system.
+(is "the view of a new drawing" '((210.0 148.5 0.0) 297.0 (0.0 0.0 1.0) 0.0 (0.0 0.0 0.0))
+    '(mapcar 'getvar '(VIEWCTR VIEWSIZE VIEWDIR VIEWTWIST TARGET)))
+(is "the screen" '(1920.0 1080.0) '(getvar "SCREENSIZE"))
+(is "the world is the system" '(1 (0.0 0.0 0.0) (1.0 0.0 0.0) (0.0 1.0 0.0) "")
+    '(mapcar 'getvar '(WORLDUCS UCSORG UCSXDIR UCSYDIR UCSNAME)))
+(is "of the view's record" '((0 1 1) (10.0 5.0)) '(list (change "SNAPMODE" 1) (progn (setvar "SNAPUNIT" '(10.0 5.0)) (getvar "SNAPUNIT"))))
+(is "they stand there" '(1 (14 10.0 5.0))
+    '(list (cdr (assoc 75 (tblsearch "VPORT" "*ACTIVE"))) (assoc 14 (tblsearch "VPORT" "*ACTIVE"))))
+(is "the snap angle" 0.5 '(progn (setvar "SNAPANG" 0.5) (getvar "SNAPANG")))
+(is "the last point" '(1.0 2.0 3.0) '(progn (setvar "LASTPOINT" '(1.0 2.0 3.0)) (getvar "LASTPOINT")))
+(is "what is drawn" '((0.0 0.0 0.0) (0.0 0.0 0.0)) '(mapcar 'getvar '(EXTMIN EXTMAX)))
+(is "spaces" '((1 2 "Model") (0 1 "Layout1") (1 2 "Model"))
+    '(list (mapcar 'getvar '(TILEMODE CVPORT CTAB)) (progn (setvar "TILEMODE" 0) (mapcar 'getvar '(TILEMODE CVPORT CTAB)))
+           (progn (setvar "CTAB" "Model") (mapcar 'getvar '(TILEMODE CVPORT CTAB)))))
+
+;; Files and times.
+(is "a drawing without a file" '("Drawing1.dwg" 0 "") '(mapcar 'getvar '(DWGNAME DWGTITLED SAVENAME)))
+(is "folders end in a stroke" '("/" "/")
+    '(mapcar '(lambda (name) (substr (getvar name) (strlen (getvar name)))) '("DWGPREFIX" "TEMPPREFIX")))
+(is "changed" 1 '(getvar "DBMOD"))
+(is "dates" '(T T INT) '(list (< 2460000 (getvar "DATE") 2500000) (< 20240101 (getvar "CDATE") 21000101) (type (getvar "MILLISECS"))))
+(is "of the machine" '(STR STR STR STR) '(kinds '("PLATFORM" "LOGINNAME" "LOCALE" "ACADPREFIX")))
+(is "ERRNO can be cleared" '(0 0) '(list (setvar "ERRNO" 0) (getvar "ERRNO")))
+
+(setvar "OSMODE" 0)
+(finish)
