@@ -1,5 +1,6 @@
 /// Selection sets.
 #include "lisp/builtin.h"
+#include "lisp/entity_list.h"
 #include "lisp/interpreter.h"
 #include "lisp/selection_set.h"
 
@@ -45,7 +46,25 @@ Value ssmemb(Interpreter& in, Args args) {
     return acedSSMemb(entity->name, setArg(in, args[1])->name) == RTNORM ? args[0] : Value();
 }
 
+/// A filter keeps its order, XDATA too: it may stand inside a group of tests.
+void addFilter(Interpreter& in, ChainBuilder& chain, const Value& filter) {
+    for (const Value* rest = &listArg(in, filter); rest->isCons(); rest = &rest->cons()->cdr)
+        addEntityList(in, chain, makeList(rest->cons()->car));
+}
+
+Value ssget(Interpreter& in, Args args) {
+    const std::u16string mode(textArg(in, args[0]));
+    ChainBuilder filter(in);
+    addFilter(in, filter, optionalArg(args, 1));
+    ads_name set;
+    const int status = acedSSGet(mode.c_str(), nullptr, nullptr, filter.get(), set);
+    if (status == RTREJ) in.fail(u"bad SSGET mode string");
+    return status == RTNORM ? selectionSetValue(set) : Value();
+}
+
 const Builtin kRows[] = {
+    {"ssget", 1, 2, ssget, "(ssget \"X\" [filter])",
+     "The entities of all spaces that pass the filter, an association list; nil when none does."},
     {"ssadd", 0, 2, ssadd, "(ssadd [entity [set]])",
      "Adds an entity to a set, or makes a new set; gives the set."},
     {"ssdel", 2, 2, ssdel, "(ssdel entity set)",

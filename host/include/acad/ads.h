@@ -198,6 +198,15 @@ ACAD_API int acedSetVar(const ACHAR* name, const resbuf* value);
 /// Adds an entity to a set: without a set (NULL or a nil name) a new one is made, without an entity
 /// an empty one. At most 128 sets live at once. `result` may be the set itself.
 ACAD_API int acedSSAdd(const ads_name entity, const ads_name set, ads_name result);
+/// Selects entities as a new set. The mode "X" takes those of model space and all layouts, in the
+/// order of the drawing, that `filter` lets through (NULL: all). Its groups must all be met; texts
+/// are wildcard patterns, a node -4 in front of a group compares ("=", "<>", ">=", "&", ">,>,*"
+/// ...) or opens and closes a group of tests ("<OR" ... "OR>", AND, XOR, NOT); behind -3 stand
+/// applications (1001) that must have XDATA on the entity. An underscore may stand in front of a
+/// mode. @return RTERROR for a chain that is no filter, when nothing is selected, and when there is
+/// no set left; RTREJ for a mode that does not exist here
+ACAD_API int acedSSGet(const ACHAR* mode, const void* first, const void* second,
+                       const resbuf* filter, ads_name result);
 /// Takes an entity out of a set. @return RTERROR when it is no member
 ACAD_API int acedSSDel(const ads_name entity, const ads_name set);
 ACAD_API int acedSSLength(const ads_name set, int32_t* length);

@@ -1,0 +1,110 @@
+;;; Selecting entities of the whole drawing by a filter.
+
+(defun make (type groups) (entmake (append (list (cons 0 type)) groups)))
+(make "LINE" '((8 . "Pipes") (10 0 0 0) (11 1 0 0)))
+(make "LINE" '((8 . "Pipes") (62 . 1) (10 0 5 0) (11 2 0 0)))
+(make "CIRCLE" '((8 . "Valves") (62 . 0) (6 . "Continuous") (10 3 4 5) (40 . 2.5)))
+(make "CIRCLE" '((8 . "0") (62 . 3) (10 9 9 9) (40 . 0.5)))
+(make "TEXT" '((8 . "Notes-1") (10 0 0 0) (40 . 1.0) (1 . "Pump 7*") (72 . 3)))
+(make "BLOCK" '((2 . "MARK") (70 . 0) (10 0 0 0)))
+(make "POINT" '((8 . "Inside") (10 0 0 0)))
+(make "ENDBLK" nil)
+(make "INSERT" '((2 . "MARK") (8 . "Marks") (10 1 1 0)))
+(make "LINE" '((8 . "Sheet") (67 . 1) (10 0 0 0) (11 1 0 0)))
+
+;; The layers of what the filter selects, in order.
+(defun layers (filter / set i names)
+  (setq set (ssget "X" filter) i 0)
+  (if set
+    (repeat (sslength set)
+      (setq names (cons (cdr (assoc 8 (entget (ssname set i)))) names) i (1+ i))))
+  (reverse names))
+(defun count (filter / set) (setq set (ssget "X" filter)) (if set (sslength set) 0))
+
+(is "all spaces, no contents of blocks" '("Pipes" "Pipes" "Valves" "0" "Notes-1" "Marks" "Sheet") '(layers nil))
+(is "without a filter, with an underscore" 7 '(sslength (ssget "_x")))
+(is "nothing is nil, no empty set" nil '(ssget "X" '((8 . "None"))))
+(is "erased ones are not there" '(6 7)
+    '(progn (setq e (entnext)) (list (progn (entdel e) (count nil)) (progn (entdel e) (count nil)))))
+(fails "another mode" "bad SSGET mode string" '(ssget "Y"))
+
+;; Groups.
+(is "types" 3 '(count '((0 . "line"))))
+(is "alternatives and wildcards" '("Pipes" "Pipes" "Notes-1" "Sheet") '(layers '((0 . "LINE,TE*"))))
+(is "all groups must be met" '("Pipes") '(layers '((0 . "LINE") (62 . 1))))
+(is "layers in any case" 2 '(count '((8 . "PIPES"))))
+(is "negated pattern" '("Valves" "0" "Marks") '(layers '((8 . "~*s-1,*t,~Pipes") (0 . "~LINE,~TEXT") (8 . "~Pipes") (8 . "~Sheet") (8 . "~Notes*"))))
+(is "an escaped wildcard" '("Notes-1") '(layers '((1 . "*7`*"))))
+(is "insertions by block" '("Marks") '(layers '((2 . "mark"))))
+(is "reals" '("Valves") '(layers '((40 . 2.5))))
+(is "points" '("Valves") '(layers '((10 3.0 4.0 5.0))))
+(is "points without z" '("Valves") '(layers '((10 3 4))))
+(is "a group that is not there" nil '(layers '((73 . 0))))
+(is "a handle" 1 '(count (list (assoc 5 (entget (entnext))))))
+(is "an owner" 6 '(count (list (assoc 330 (entget (entnext))))))
+
+;; What an entity has without a group.
+(is "by layer" 4 '(count '((62 . 256))))
+(is "by block" '("Valves") '(layers '((62 . 0))))
+(is "line types" 6 '(count '((6 . "ByLayer"))))
+(is "line type scale" 7 '(count '((48 . 1.0))))
+(is "visible" 7 '(count '((60 . 0))))
+(is "paper space" '("Sheet") '(layers '((67 . 1))))
+(is "model space" 6 '(count '((67 . 0))))
+(is "layouts by name" '(6 1) '(list (count '((410 . "Model"))) (count '((410 . "Layout1")))))
+(is "extrusion" 7 '(count '((210 0.0 0.0 1.0))))
+
+;; Relations.
+(is "greater" '("Valves" "Notes-1") '(layers '((-4 . ">=") (40 . 1.0))))
+(is "less" '("0") '(layers '((-4 . "<") (40 . 1.0))))
+(is "unequal" '("Valves" "Notes-1") '(layers '((-4 . "<>") (40 . 0.5))))
+(is "unequal colour" '("Pipes" "Valves" "0") '(layers '((-4 . "!=") (62 . 256))))
+(is "unequal text" 4 '(count '((-4 . "/=") (0 . "LINE"))))
+(is "bits" '("0") '(layers '((-4 . "&") (62 . 2) (-4 . "<") (62 . 256))))
+(is "all bits" '("Notes-1") '(layers '((-4 . "&=") (72 . 3))))
+(is "anything goes" 7 '(count '((-4 . "*") (40 . 1.0))))
+(is "coordinates" '("Valves" "0") '(layers '((-4 . ">,>=,*") (10 1.0 4.0 0.0))))
+(is "coordinates left out" '("Pipes") '(layers '((-4 . "*,>") (10 0 4 0) (0 . "LINE"))))
+(is "x alone" '("Valves" "0" "Marks") '(layers '((-4 . ">") (10 0 0 0))))
+(is "another point" 5 '(count '((-4 . "<>") (10 1.0 1.0 0.0) (8 . "~Sheet"))))
+
+;; Groups of tests.
+(is "or" '("Pipes" "Pipes" "Valves")
+    '(layers '((-4 . "<OR") (8 . "Pipes") (8 . "Valves") (-4 . "OR>"))))
+(is "and" nil '(layers '((-4 . "<AND") (8 . "Pipes") (8 . "Valves") (-4 . "AND>"))))
+(is "not" 4 '(count '((-4 . "<NOT") (0 . "LINE") (-4 . "NOT>"))))
+(is "one of two" '("Pipes" "Sheet")
+    '(layers '((-4 . "<XOR") (0 . "LINE") (-4 . "<OR") (62 . 1) (62 . 3) (62 . 0) (-4 . "OR>") (-4 . "XOR>") (8 . "~0,~V*") (0 . "LINE"))))
+(is "in any depth" '("Pipes" "Valves")
+    '(layers '((-4 . "<OR") (-4 . "<AND") (0 . "LINE") (62 . 1) (-4 . "AND>")
+               (-4 . "<AND") (0 . "CIRCLE") (-4 . "<NOT") (-4 . "=") (40 . 0.5) (-4 . "NOT>") (-4 . "AND>")
+               (-4 . "OR>"))))
+
+;; XDATA.
+(regapp "KZ_ONE")
+(regapp "KZ_TWO")
+(defun mark (entity apps) (entmod (list (cons -1 entity) (cons -3 apps))))
+(mark (entnext) '(("KZ_ONE" (1070 . 1))))
+(mark (entlast) '(("KZ_ONE" (1070 . 1)) ("KZ_TWO" (1070 . 2))))
+(is "data of an application" '("Pipes" "Marks") '(layers '((-3 ("kz_one")))))
+(is "by wildcard" 2 '(count '((-3 ("*")))))
+(is "of both" '("Marks") '(layers '((-3 ("KZ_ONE") ("KZ_TWO")))))
+(is "in a group of tests" '("Pipes" "Valves")
+    '(layers '((-4 . "<OR") (-3 ("KZ_ONE")) (8 . "Valves") (-4 . "OR>") (8 . "~Marks"))))
+
+;; Chains that are no filter select nothing.
+(foreach filter
+  '(((-4 . "<OR") (8 . "0")) ((8 . "0") (-4 . "OR>")) ((-4 . "<OR") (8 . "0") (-4 . "AND>"))
+    ((-4 . "<OR") (-4 . "OR>")) ((-4 . "<NOT") (8 . "0") (62 . 3) (-4 . "NOT>"))
+    ((-4 . "<XOR") (8 . "0") (-4 . "XOR>")) ((-4 . "~") (40 . 1.0)) ((-4 . ">"))
+    ((-4 . ">,>") (40 . 1.0)) ((-4 . "=,=,=,=") (10 0.0 0.0 0.0)) ((-4 . "&") (40 . 1.0)) ((1070 . 1)))
+  (is (strcat "no filter: " (vl-prin1-to-string filter)) nil (list 'ssget "X" (list 'quote filter))))
+
+;; Sets that nobody holds are freed, and a filter may be as deep as people write it.
+(is "many selections" 7 '(progn (repeat 300 (setq n (count nil))) n))
+(setq deep '((8 . "Valves")))
+(repeat 60 (setq deep (append '((-4 . "<AND")) deep '((-4 . "AND>")))))
+(is "deep" 1 '(count deep))
+(repeat 60 (setq deep (append '((-4 . "<AND")) deep '((-4 . "AND>")))))
+(is "too deep" 0 '(count deep))
+(finish)
