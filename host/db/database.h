@@ -177,6 +177,9 @@ class Database {
     /// Makes an object of a caller one of the OBJECTS section, open for write. The instance is the
     /// drawing's from then on. @return eNotThatKindOfClass for one that none can be made of
     Acad::ErrorStatus takeOver(AcDbObject& object, Slot& made);
+    /// Makes an object of a caller the instance, open for write, of one that the drawing has and
+    /// that nobody has opened yet.
+    void adopt(AcDbObject& object, Slot slot);
     /// The object's tags, decoded on the first call.
     const Tags& tags(Slot slot);
     const XData& xdata(Slot slot);
@@ -241,6 +244,8 @@ class Database {
     Slot findSymbol(std::string_view table, std::u16string_view name);
     /// Name (group 2) of a table record or block.
     std::u16string symbolName(Slot record);
+    /// The object that stands for a table, made where the file has none.
+    Slot needTableHead(std::string_view name);
     /// Enters a record into its table.
     void enterSymbol(SymbolTable& table, Slot record, std::u16string_view name);
     /// Follows a change of a record's name in the table. False when the new one is taken or no
@@ -322,7 +327,9 @@ class Database {
     /// The variable's place, also when it has no value.
     size_t headerPlace(std::string_view name);
     /// A new instance of the class that shows the object; NULL without memory.
-    AcDbObject* newInstance(Slot slot) const;
+    AcDbObject* newInstance(Slot slot);
+    AcDbObject* newTable(Slot head) const;
+    AcDbObject* newPolyline(Slot slot);
     bool makeObject(Slot slot);
     void decodeTags(ObjectRecord& record, ObjectData& data) const;
     bool isLiving(Slot slot) const;

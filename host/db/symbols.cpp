@@ -44,6 +44,12 @@ SymbolTable& Database::addTable(std::string_view name) {
     return *tables_.back();
 }
 
+Slot Database::needTableHead(std::string_view name) {
+    SymbolTable& symbols = addTable(name);
+    if (symbols.head == kNoSlot) symbols.head = addRecord("TABLE", ObjectClass::TableHead);
+    return symbols.head;
+}
+
 std::u16string Database::symbolName(Slot record) {
     const Tags& groups = tags(record);
     const size_t at = findTag(groups, 2);

@@ -46,6 +46,8 @@ enum ErrorStatus : int {
     eNotOpenForWrite = 82,
     eNotThatKindOfClass = 83,
     eOnLockedLayer = 87,
+    eCannotScaleNonUniformly = 90,
+    eSelfReference = 92,
     eRegappIdNotFound = 100,
     eBadDxfSequence = 120,
     eXdataSizeExceeded = 121,
@@ -59,6 +61,7 @@ namespace AcDb {
 enum OpenMode { kForRead = 0, kForWrite = 1, kForNotify = 2 };
 }
 
+class AcDbBlockTable;
 class AcDbDatabase;
 class AcDbDictionary;
 class AcDbObject;
@@ -151,13 +154,6 @@ class ACAD_API AcDbObject {
     virtual Acad::ErrorStatus describe(host::NewObject& out);
 };
 
-/// A graphical object.
-class ACAD_API AcDbEntity : public AcDbObject {
-  protected:
-    friend class host::Database;
-    AcDbEntity() = default;
-};
-
 /// A handle: the number that names an object in its drawing for good.
 class AcDbHandle {
   public:
@@ -205,6 +201,9 @@ class ACAD_API AcDbDatabase {
     /// The same for the dictionary of groups, ACAD_GROUP.
     Acad::ErrorStatus getGroupDictionary(AcDbDictionary*& dictionary,
                                          AcDb::OpenMode mode = AcDb::kForRead) const;
+    /// Opens the table of blocks. @return eNoDatabase without a drawing, else as acdbOpenObject;
+    /// `table` is then NULL
+    Acad::ErrorStatus getSymbolTable(AcDbBlockTable*& table, AcDb::OpenMode mode) const;
     /// Switches undo recording; stays until it is switched back. What changes meanwhile stays when
     /// the step that it fell into is undone, unless that step changed the same object before.
     void disableUndoRecording(bool disable);
