@@ -92,6 +92,8 @@ std::span<const Command> modifyCommands();
 std::span<const Command> propertyCommands();
 std::span<const Command> layerCommands();
 std::span<const Command> inquiryCommands();
+std::span<const Command> ucsCommands();
+std::span<const Command> viewCommands();
 /// A command that asks for a value of the system variable with this name, as SETVAR does. NULL:
 /// there is no such variable.
 const Command* variableCommand(std::u16string_view name);

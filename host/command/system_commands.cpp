@@ -2,8 +2,11 @@
 #include <map>
 
 #include "command/command.h"
+#include "command/run.h"
 #include "edit/input.h"
+#include "edit/sysvars.h"
 #include "edit/typed_points.h"
+#include "host/undo.h"
 #include "kz_tls21an/memory.h"
 #include "kz_tls21an/text.h"
 
@@ -80,6 +83,17 @@ void setNamedVariable(CommandPrompt& prompt) {
 }
 
 void nothing(CommandPrompt&) {}
+
+/// Variables that tell of commands.
+const bool kComputed = [] {
+    computeVariable("CMDNAMES", [] { return VariableValue(runningCommand()); });
+    computeVariable("CMDACTIVE", [] {
+        constexpr int32_t kOrdinary = 1;
+        return VariableValue(runningCommand().empty() ? 0 : kOrdinary);
+    });
+    computeVariable("UNDOCTL", [] { return VariableValue(int32_t{undoControlBits()}); });
+    return true;
+}();
 
 const Command kCommands[] = {
     {u"SETVAR", u"SET", setvar, true, "Shows and sets a system variable."},
