@@ -25,6 +25,13 @@ struct Edit {
     std::string text;
 };
 
+/// Text of a block that the file doesn't have. What it holds may have been made long after it.
+struct NewBlock {
+    std::string begin;
+    std::string contents;
+    std::string end;
+};
+
 class Composer {
   public:
     explicit Composer(Database& database) : database_(database) {}
@@ -96,8 +103,9 @@ class Composer {
             case ObjectClass::TableRecord:
                 return &tableText(record.owner, database_.typeName(slot));
             case ObjectClass::BlockBegin:
+                return &new_blocks_[record.owner].begin;
             case ObjectClass::BlockEnd:
-                return &blocks_;
+                return &new_blocks_[record.owner].end;
             case ObjectClass::Object:
                 return &objects_;
             default:
@@ -111,7 +119,7 @@ class Composer {
         const Block* block = database_.findBlock(space);
         if (block == nullptr || block->end == kNoSlot) return &entities_;
         const char* end = database_.record(block->end).bytes;
-        return end == nullptr ? &blocks_ : &insertions_[end];
+        return end == nullptr ? &new_blocks_[space].contents : &insertions_[end];
     }
 
     std::string& tableText(Slot head, const std::string& type) {
@@ -161,10 +169,13 @@ class Composer {
             writeHandle(5, database_.newHandle(), tables);
             tables += "330\n0\n100\nAcDbSymbolTable\n 70\n0\n" + records + "  0\nENDTAB\n";
         }
+        std::string blocks;
+        for (const auto& [record, block] : new_blocks_)
+            blocks += block.begin + block.contents + block.end;
         const InsertPoints& points = database_.insertPoints();
         const char* front = points.entities_begin != nullptr ? points.entities_begin : points.eof;
         place(points.tables_end, front, "TABLES", tables);
-        place(points.blocks_end, front, "BLOCKS", blocks_);
+        place(points.blocks_end, front, "BLOCKS", blocks);
         place(points.entities_end, points.eof, "ENTITIES", entities_);
         place(points.objects_end, points.eof, "OBJECTS", objects_);
     }
@@ -217,7 +228,7 @@ class Composer {
     std::map<const char*, std::string> insertions_;
     std::map<std::string, std::string> new_tables_;
     std::string entities_;
-    std::string blocks_;
+    std::map<Slot, NewBlock> new_blocks_;  ///< by their records
     std::string objects_;
 };
 
