@@ -1,6 +1,6 @@
 /// The XDATA field store on chains: this folder holds the logic that needs no open object. A chain
 /// is one application's part, from its 1001 node on, except where a full entity list is named.
-#include <cstring>
+#include <algorithm>
 
 #include "RB/field_writer.h"
 #include "checks.h"
@@ -71,7 +71,7 @@ class FieldPlaces {
 
     /// The name node of the first field of that name; NULL when there is none.
     resbuf* find(const kz_Char* name) const {
-        if (cells_ != nullptr) return *cellOf(name);
+        if (cells_ != nullptr) return cellOf(name).name;
         resbuf* found = nullptr;
         kz_Xdata_findField(&found, name, chain_);
         return found;
@@ -88,6 +88,10 @@ class FieldPlaces {
     }
 
   private:
+    struct Cell {
+        resbuf* name = nullptr;
+    };
+
     /// Without memory there is no index, and names are found by walking.
     void makeIndex(size_t names) {
         for (resbuf* name = nextName(chain_); name != nullptr; name = nextName(name->rbnext))
@@ -95,32 +99,33 @@ class FieldPlaces {
         size_t capacity = 32;
         while (capacity < names * 2)
             capacity *= 2;
-        cells_ = static_cast<resbuf**>(kz_Malloc(capacity * sizeof(resbuf*)));
+        cells_ = static_cast<Cell*>(kz_Malloc(capacity * sizeof(Cell)));
         if (cells_ == nullptr) return;
-        std::memset(cells_, 0, capacity * sizeof(resbuf*));
+        std::fill_n(cells_, capacity, Cell{});
         mask_ = capacity - 1;
         for (resbuf* name = nextName(chain_); name != nullptr; name = nextName(name->rbnext))
             enter(name);
     }
 
     void enter(resbuf* name) {
-        resbuf** cell = cellOf(name->resval.rstring);
-        if (*cell == nullptr) *cell = name;
+        Cell& cell = cellOf(name->resval.rstring);
+        if (cell.name == nullptr) cell.name = name;
     }
 
     /// The cell of a name, an empty one when no field has it.
-    resbuf** cellOf(const kz_Char* name) const {
+    Cell& cellOf(const kz_Char* name) const {
         size_t at = 0;
         for (const kz_Char* unit = name; unit != nullptr && *unit != 0; ++unit)
             at = at * 31 + kz::upperUnit(*unit);
         for (;; ++at) {
-            resbuf** cell = &cells_[at & mask_];
-            if (*cell == nullptr || kz_Str_cmpi((*cell)->resval.rstring, name) == 0) return cell;
+            Cell& cell = cells_[at & mask_];
+            const bool taken = cell.name != nullptr;
+            if (!taken || kz_Str_cmpi(cell.name->resval.rstring, name) == 0) return cell;
         }
     }
 
     resbuf* chain_;
-    resbuf** cells_ = nullptr;
+    Cell* cells_ = nullptr;
     size_t mask_ = 0;
 };
 

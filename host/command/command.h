@@ -41,7 +41,9 @@ class CommandPrompt {
     Answered point(const Prompt& prompt, ads_point out);
     Answered corner(const Prompt& prompt, ads_point out);
     Answered distance(const Prompt& prompt, double& out);
-    Answered angle(const Prompt& prompt, double& out);  ///< [radians]
+    Answered angle(const Prompt& prompt, double& out);  ///< a direction [radians]
+    /// An angle with its sign, which counts from no direction [radians].
+    Answered relativeAngle(const Prompt& prompt, double& out);
     Answered real(const Prompt& prompt, double& out);
     Answered integer(const Prompt& prompt, int& out);
     /// One of the keywords.
@@ -81,6 +83,20 @@ struct Command {
 /// The families' tables, in host/command/<family>.cpp.
 std::span<const Command> undoCommands();
 std::span<const Command> systemCommands();
+std::span<const Command> drawCommands();
+std::span<const Command> arcCommands();
+std::span<const Command> polylineCommands();
+std::span<const Command> textCommands();
+std::span<const Command> blockCommands();
+std::span<const Command> modifyCommands();
+std::span<const Command> propertyCommands();
+std::span<const Command> layerCommands();
+std::span<const Command> inquiryCommands();
+std::span<const Command> ucsCommands();
+std::span<const Command> viewCommands();
+/// A command that asks for a value of the system variable with this name, as SETVAR does. NULL:
+/// there is no such variable.
+const Command* variableCommand(std::u16string_view name);
 
 /// The command of a typed name: in any case, "_" and "." in front of it don't count. NULL: none.
 const Command* findCommand(std::u16string_view name);

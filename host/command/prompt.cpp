@@ -47,6 +47,11 @@ Answered CommandPrompt::angle(const Prompt& prompt, double& out) {
     return take(acedGetOrient(prompt.base, prompt.text.c_str(), &out));
 }
 
+Answered CommandPrompt::relativeAngle(const Prompt& prompt, double& out) {
+    acedInitGet(prompt.flags, prompt.keywords.c_str());
+    return take(acedGetAngle(prompt.base, prompt.text.c_str(), &out));
+}
+
 Answered CommandPrompt::real(const Prompt& prompt, double& out) {
     acedInitGet(prompt.flags, prompt.keywords.c_str());
     return take(acedGetReal(prompt.text.c_str(), &out));

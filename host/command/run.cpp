@@ -305,7 +305,10 @@ const std::u16string& runningCommand() {
 
 namespace {
 
-std::span<const Command> (*const kFamilies[])() = {undoCommands, systemCommands};
+std::span<const Command> (*const kFamilies[])() = {
+    undoCommands,    systemCommands, drawCommands,   arcCommands,      polylineCommands,
+    textCommands,    blockCommands,  modifyCommands, propertyCommands, layerCommands,
+    inquiryCommands, ucsCommands,    viewCommands};
 
 }  // namespace
 
@@ -322,7 +325,7 @@ const Command* findCommand(std::u16string_view name) {
                 return &command;
         }
     }
-    return nullptr;
+    return variableCommand(name);
 }
 
 std::vector<CommandInfo> commands() {

@@ -1,7 +1,12 @@
 /// Commands around the drawing: system variables, the screen.
+#include <map>
+
 #include "command/command.h"
+#include "command/run.h"
 #include "edit/input.h"
+#include "edit/sysvars.h"
 #include "edit/typed_points.h"
+#include "host/undo.h"
 #include "kz_tls21an/memory.h"
 #include "kz_tls21an/text.h"
 
@@ -44,8 +49,14 @@ bool valueOf(const std::u16string& typed, resbuf& value) {
     }
 }
 
-void setvar(CommandPrompt& prompt) {
-    const std::u16string name = prompt.text(u"Enter variable name: ");
+bool isVariable(const std::u16string& name) {
+    resbuf value{};
+    if (acedGetVar(name.c_str(), &value) != RTNORM) return false;
+    if (value.restype == RTSTR) kz_Free(value.resval.rstring);
+    return true;
+}
+
+void askValue(CommandPrompt& prompt, const std::u16string& name) {
     resbuf value{};
     if (acedGetVar(name.c_str(), &value) != RTNORM) {
         prompt.refuse(u"unknown variable name " + name + u".");
@@ -62,10 +73,31 @@ void setvar(CommandPrompt& prompt) {
     }
 }
 
+void setvar(CommandPrompt& prompt) {
+    askValue(prompt, prompt.text(u"Enter variable name: "));
+}
+
+/// The command goes by the name of its variable.
+void setNamedVariable(CommandPrompt& prompt) {
+    askValue(prompt, prompt.name());
+}
+
 void nothing(CommandPrompt&) {}
+
+/// Variables that tell of commands.
+const bool kComputed = [] {
+    computeVariable("CMDNAMES", [] { return VariableValue(runningCommand()); });
+    computeVariable("CMDACTIVE", [] {
+        constexpr int32_t kOrdinary = 1;
+        return VariableValue(runningCommand().empty() ? 0 : kOrdinary);
+    });
+    computeVariable("UNDOCTL", [] { return VariableValue(int32_t{undoControlBits()}); });
+    return true;
+}();
 
 const Command kCommands[] = {
     {u"SETVAR", u"SET", setvar, true, "Shows and sets a system variable."},
+    {u"LTSCALE", u"LTS", setNamedVariable, true, "Sets the scale of all line types."},
     {u"REGEN", u"RE", nothing, false, "Draws the picture anew, which is always so here."},
     {u"REDRAW", u"R", nothing, false, "Draws the picture anew, which is always so here."},
     {u"GRAPHSCR", nullptr, nothing, false, "Shows the picture; without effect here."},
@@ -76,6 +108,18 @@ const Command kCommands[] = {
 
 std::span<const Command> systemCommands() {
     return kCommands;
+}
+
+const Command* variableCommand(std::u16string_view name) {
+    static std::map<std::u16string, Command> commands;  // whoever runs one keeps a pointer to it
+    const std::u16string upper = kz::toUpper(name);
+    if (!isVariable(upper)) return nullptr;
+    const auto [found, made] = commands.try_emplace(upper);
+    if (made) {
+        found->second = {found->first.c_str(), nullptr, setNamedVariable, true,
+                         "Sets the system variable of this name."};
+    }
+    return &found->second;
 }
 
 }  // namespace host

@@ -142,7 +142,7 @@ std::unique_ptr<DictionaryData> Database::decodeEntries(const Tags& groups) cons
             keyed = true;
         } else if ((code == 350 || code == 360) && keyed) {
             const uint64_t handle = groups[i].handleValue();
-            made->add(std::move(key), handle, !isLiving(findHandle(handle)));
+            made->add(std::exchange(key, {}), handle, !isLiving(findHandle(handle)));
             made->value_code = code;
             keyed = false;
         } else if (code == 280 && groups[i].integer() == 1) {

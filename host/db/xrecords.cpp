@@ -73,7 +73,7 @@ size_t xrecordData(const Database& drawing, const Tags& tags) {
 
 Acad::ErrorStatus appendXrecordGroups(const Database& drawing, const resbuf* first,
                                       const resbuf* end, Tags& tags) {
-    for (const resbuf* node = first; node != end; node = node->rbnext) {
+    for (const resbuf* node = first; node != nullptr && node != end; node = node->rbnext) {
         if (!isDataCode(node->restype)) return Acad::eBadDxfSequence;
         if (!isGoodValue(drawing, *node)) return Acad::eInvalidInput;
         appendGroup(*node, tags);

@@ -37,6 +37,7 @@ class History {
 struct DrawingState {
     std::map<std::string, VariableValue, std::less<>> variables;
     AcGePoint3d last_point;              ///< WCS
+    View paper_view;                     ///< of a layout that has no VIEWPORT for paper space
     int layout_viewport = 1;             ///< as currentViewport with TILEMODE 0
     History<Ucs> systems[2];             ///< of model space, of paper space
     std::map<int, History<View>> views;  ///< by the number of a layout's viewport; 0 the tiles

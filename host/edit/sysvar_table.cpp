@@ -362,7 +362,6 @@ constexpr auto kBesideDrawing = std::to_array<Variable>({
 });
 
 constexpr auto kOfSession = std::to_array<Variable>({
-    fixed(text("ACADPREFIX", Kept::Session)),
     fixed(text("ACADVER", Kept::Session, u"21.0")),
     sessionShort("AFLAGS", 0, 0, 31),
     sessionShort("APBOX", 0, 0, 1),
@@ -474,18 +473,19 @@ constexpr auto kOfSession = std::to_array<Variable>({
 });
 
 constexpr auto kWorkedOut = std::to_array<Variable>({
-    computed("CDATE", Form::Real),      computed("CMDACTIVE", Form::Short),
-    computed("CMDNAMES", Form::Text),   computed("DATE", Form::Real),
-    computed("DBMOD", Form::Short),     computed("DWGNAME", Form::Text),
-    computed("DWGPREFIX", Form::Text),  computed("DWGTITLED", Form::Short),
-    computed("EXTMAX", Form::Point3),   computed("EXTMIN", Form::Point3),
-    computed("LASTPROMPT", Form::Text), computed("LOGINNAME", Form::Text),
-    computed("MILLISECS", Form::Long),  computed("PLATFORM", Form::Text),
-    computed("SAVENAME", Form::Text),   computed("SCREENSIZE", Form::Point2),
-    computed("TEMPPREFIX", Form::Text), computed("UCSNAME", Form::Text),
-    computed("UCSORG", Form::Point3),   computed("UCSXDIR", Form::Point3),
-    computed("UCSYDIR", Form::Point3),  computed("UNDOCTL", Form::Short),
-    computed("UNDOMARKS", Form::Short), computed("WORLDUCS", Form::Short),
+    computed("ACADPREFIX", Form::Text),   computed("CDATE", Form::Real),
+    computed("CMDACTIVE", Form::Short),   computed("CMDNAMES", Form::Text),
+    computed("DATE", Form::Real),         computed("DBMOD", Form::Short),
+    computed("DWGNAME", Form::Text),      computed("DWGPREFIX", Form::Text),
+    computed("DWGTITLED", Form::Short),   computed("EXTMAX", Form::Point3),
+    computed("EXTMIN", Form::Point3),     computed("LASTPROMPT", Form::Text),
+    computed("LOGINNAME", Form::Text),    computed("MILLISECS", Form::Long),
+    computed("PLATFORM", Form::Text),     computed("SAVENAME", Form::Text),
+    computed("SCREENSIZE", Form::Point2), computed("TEMPPREFIX", Form::Text),
+    computed("UCSNAME", Form::Text),      computed("UCSORG", Form::Point3),
+    computed("UCSXDIR", Form::Point3),    computed("UCSYDIR", Form::Point3),
+    computed("UNDOCTL", Form::Short),     computed("UNDOMARKS", Form::Short),
+    computed("WORLDUCS", Form::Short),
 });
 
 template <class... Groups>

@@ -10,10 +10,12 @@
 #include <ctime>
 #include <filesystem>
 
+#include "base/search_path.h"
 #include "edit/drawing_state.h"
 #include "edit/shapes.h"
 #include "edit/sysvar_table.h"
 #include "edit/tag_values.h"
+#include "host/undo.h"
 #include "kz_tls21an/text.h"
 
 namespace fs = std::filesystem;
@@ -69,10 +71,21 @@ Found dbMod(Database* database) {
     return database != nullptr && database->isUnsaved() ? 1 : 0;
 }
 
+Found searchFolders(Database*) {
+    std::u16string folders;
+    for (const std::string& folder : supportFolders())
+        folders += (folders.empty() ? u"" : u";") + folderText(folder);
+    return folders;
+}
+
 Found tempPrefix(Database*) {
     std::error_code error;
     const fs::path folder = fs::temp_directory_path(error);
     return folderText(error ? fs::path("/tmp") : folder);
+}
+
+Found undoControl(Database*) {
+    return undoControlBits();
 }
 
 // --- the machine --------------------------------------------------------------------------------
@@ -299,6 +312,7 @@ Found extentsMaximum(Database* database) {
 }
 
 constexpr WorkedOut kRows[] = {
+    {"ACADPREFIX", searchFolders},
     {"BACKZ", backPlane},
     {"CDATE", calendarDate},
     {"CTAB", tab, setTab},
@@ -326,6 +340,7 @@ constexpr WorkedOut kRows[] = {
     {"UCSORG", ucsOrigin},
     {"UCSXDIR", ucsXDirection},
     {"UCSYDIR", ucsYDirection},
+    {"UNDOCTL", undoControl},
     {"VIEWCTR", viewCentre},
     {"VIEWDIR", viewDirection},
     {"VIEWMODE", viewMode},

@@ -133,6 +133,7 @@ Slot needViewRecord(Database& database) {
 View currentView(Database& database) {
     const Slot viewport = currentLayoutViewport(database);
     if (viewport != kNoSlot) return viewFrom(database.tags(viewport), true);
+    if (!inModelTiles(database)) return drawingState(database).paper_view;
     const Slot record = viewRecord(database);
     return record == kNoSlot ? View() : viewFrom(database.tags(record), false);
 }
@@ -168,8 +169,13 @@ std::optional<AcGeMatrix3d> displayToPaper(Database& database) {
 
 void keepView(Database& database, const View& view) {
     const Slot viewport = currentLayoutViewport(database);
-    writeView(database, viewport != kNoSlot ? viewport : needViewRecord(database), view,
-              viewport != kNoSlot);
+    if (viewport != kNoSlot) {
+        writeView(database, viewport, view, true);
+    } else if (inModelTiles(database)) {
+        writeView(database, needViewRecord(database), view, false);
+    } else {
+        drawingState(database).paper_view = view;
+    }
 }
 
 Refusal setView(Database& database, const View& view) {

@@ -107,15 +107,18 @@ LispOutcome evaluate(std::u16string_view text, std::u16string_view file,
     };
     const UndoStep step("LISP");
     const auto afterEach = [&](const lisp::Value& value) {
-        RestingCommand::finish();
-        watch.check();
-        nextUndoBoundary();
+        // A command may rest between the expressions of a file.
+        if (!RestingCommand::exists()) {
+            watch.check();
+            nextUndoBoundary();
+        }
         if (!each) return;
         const std::u16string printed = shown(value);
         if (!printed.empty()) each(printed);
     };
     try {
         outcome.value = shown(in.evalText(text, file, afterEach));
+        RestingCommand::finish();
     } catch (lisp::Failure& failure) {
         RestingCommand::cancel();
         outcome = failed(in, failure);

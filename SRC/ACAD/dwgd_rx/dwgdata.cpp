@@ -153,7 +153,7 @@ kz_LnkList* kz_AcDwgData_getDict(AcDbDatabase* database, const kz_Char* dictName
         kz::OwnedFldList fields(kz_AcDwgData_toFldList(record.nodes.get()));
         if (fields == nullptr) continue;
         if (kz_LnkList_insEnd(lists.get(), fields.get()) == nullptr) return nullptr;
-        fields.release();
+        static_cast<void>(fields.release());  // the list's
     }
     if (kz_LnkList_start(lists.get()) == 0) return nullptr;
     return lists.release();

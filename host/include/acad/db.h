@@ -260,7 +260,7 @@ Acad::ErrorStatus acdbOpenObject(T*& object, AcDbObjectId id, AcDb::OpenMode mod
     if (status != Acad::eOk) return status;
     object = dynamic_cast<T*>(base);
     if (object != nullptr) return Acad::eOk;
-    base->close();
+    if (base != nullptr) base->close();
     return Acad::eNotThatKindOfClass;
 }
 

@@ -298,13 +298,21 @@ TEST_F(Layouts, spaces_and_viewports) {
     EXPECT_EQ(eval("(list (getvar \"TILEMODE\") (getvar \"CVPORT\"))"), "(1 2)");
 }
 
+TEST_F(Views, paper_without_a_viewport_has_a_view_all_the_same) {
+    zoomCentre(drawing(), {1, 2, 0}, 10.0);
+    eval("(setvar \"TILEMODE\" 0)");
+    EXPECT_EQ(zoomCentre(drawing(), {3, 4, 0}, 20.0), kDone);
+    expectView(3, 4, 20);
+    eval("(setvar \"TILEMODE\" 1)");
+    expectView(1, 2, 10);
+}
+
 TEST_F(Layouts, paper_has_a_system_of_its_own) {
     setUcsOrigin(drawing(), {1, 2, 3});
     eval("(setvar \"TILEMODE\" 0)");
     EXPECT_TRUE(ucs().isWorld());
     setUcsOrigin(drawing(), {9, 9, 0});
     eval("(setvar \"ELEVATION\" 7.0)");
-    EXPECT_NE(setPreviousUcs(drawing()), u"x");
     eval("(setvar \"TILEMODE\" 1)");
     EXPECT_TRUE(near(ucs().origin, AcGePoint3d(1, 2, 3)));
     EXPECT_EQ(eval("(getvar \"ELEVATION\")"), "2.5");

@@ -4,6 +4,9 @@
 
 #include "ACAD/dwgd_rx/id_code.h"
 #include "drawing_test.h"
+#include "host/lisp.h"
+#include "host/module.h"
+#include "host/output.h"
 #include "host/testing.h"
 #include "host/undo.h"
 
@@ -344,6 +347,21 @@ TEST_F(DrawingData, WithoutADrawingEverythingFails) {
     kz_DwgData_disableUndoRecording(nullptr, 1);
 }
 
+TEST_F(DrawingData, ObjectsThatCanNotBeMadeAreAnAssertion) {
+    traceAt(1);
+    kz_Malloc_failFrom(1);
+    EXPECT_EQ(kz_AcXrecord_saveToDict(nullptr, kApp, kGroup, nullptr), 0);
+    kz_Malloc_failFrom(0);
+    EXPECT_EQ(traced(), "KZ_Assertion failed");
+    write("( ( \"a\" 1 ) )");
+    host::testing::failCall("newIterator", 1, 0);
+    EXPECT_EQ(kz_DwgData_getXGroups(nullptr, kApp), nullptr);
+    host::testing::clearFault();
+    EXPECT_EQ(traced(), "KZ_Assertion failed");
+    EXPECT_EQ(kz_DwgData_getFldList(nullptr, kApp, KZ_T("NIX"), nullptr), nullptr);
+    EXPECT_EQ(traced(), "") << "what is missing is no failure";
+}
+
 TEST_F(DrawingData, AWriteIsUndoneAsAWhole) {
     write("( ( \"a\" 1 ) )");
     {
@@ -356,6 +374,36 @@ TEST_F(DrawingData, AWriteIsUndoneAsAWhole) {
     ASSERT_EQ(host::undo(1).names.size(), 1U);
     EXPECT_EQ(keys(kz_DwgData_getXGroups(nullptr, kApp)), "GROUP ");
     EXPECT_EQ(read(), "A:I=1");
+}
+
+// --- twins --------------------------------------------------------------------------------------
+
+TEST_F(DrawingData, TwinsPrintNothingAndTraceTheirExit) {
+    std::string error;
+    ASSERT_TRUE(host::loadModule(KZ_BUILD_DIR "/libkz_zaglaid.so", error)) << error;
+    std::string printed;
+    host::setSink(host::Channel::Message,
+                  [&printed](std::u16string_view text) { printed += kz::toUtf8(text); });
+    traceAt(2, 0x400);
+    const auto call = [](const std::string& name, const std::string& arguments) {
+        const host::LispOutcome outcome =
+            host::evalLisp(wide("(kz_DwgData_" + name + " " + arguments + ")"));
+        EXPECT_TRUE(outcome.ok()) << name << ' ' << arguments;
+        return kz::toUtf8(outcome.value);
+    };
+    for (const char* name : {"getFldList", "getFld", "getXGroups", "setFldList", "setFld",
+                             "deleteFldList", "deleteFld", "deleteFldValue"}) {
+        for (const char* arguments : {"", "5 5 5 5 5", "nil nil nil nil", "\"A\" 5"}) {
+            traced();
+            EXPECT_EQ(call(name, arguments), "nil") << name << ' ' << arguments;
+            const std::string exit = "kz_DwgData_" + std::string(name) + "_li exiting...error";
+            EXPECT_NE(traced().find(exit), std::string::npos) << name << ' ' << arguments;
+        }
+    }
+    EXPECT_EQ(call("setFld", "\"A\" \"B\" \"F\" \"C\" \"text\""), "") << "no value";
+    EXPECT_EQ(traced(), "kz_DwgData_setFld_li exiting...successful");
+    EXPECT_EQ(printed, "");
+    host::setSink(host::Channel::Message, {});
 }
 
 // --- the drawing's code -------------------------------------------------------------------------

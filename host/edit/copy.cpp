@@ -1,0 +1,108 @@
+/// Copies of entities.
+#include "edit/copy.h"
+
+#include <algorithm>
+
+#include "edit/block_definition.h"
+#include "edit/tag_values.h"
+#include "edit/transform.h"
+
+namespace host {
+namespace {
+
+/// The groups of an entity that a copy has too: without type, handle, owner, what stands in braces,
+/// and objects that only the original may own.
+Tags ownGroups(const Tags& tags) {
+    Tags out;
+    bool in_class = false;
+    bool in_braces = false;
+    for (const Tag& tag : tags) {
+        const int code = tag.code();
+        in_class = in_class || code == 100;
+        if (code == 102) {
+            in_braces = !in_braces;
+            continue;
+        }
+        const bool own = code == 0 || code == 360 || (!in_class && (code == 5 || code == 330));
+        if (!in_braces && !own) out.push_back(tag);
+    }
+    return out;
+}
+
+/// An entity of paper space says so.
+void setPaperFlag(Tags& tags, bool paper) {
+    std::erase_if(tags, [](const Tag& tag) { return tag.code() == 67 || tag.code() == 410; });
+    const size_t marker = findTag(tags, 100);
+    if (!paper || marker >= tags.size()) return;
+    tags.emplace(tags.begin() + static_cast<std::ptrdiff_t>(marker) + 1, 67, int64_t{1});
+}
+
+/// Cuts what ties an entity to others that are not copied with it.
+void untie(std::string_view type, Tags& tags) {
+    if (type == "HATCH") {
+        for (Tag& tag : tags) {
+            if (tag.code() == 71) tag = Tag(71, int64_t{0});
+        }
+        // 97 also counts the fit points of splines; the sources stand right behind theirs.
+        for (size_t i = 0; i + 1 < tags.size(); ++i) {
+            if (tags[i].code() == 97 && tags[i + 1].code() == 330) tags[i] = Tag(97, int64_t{0});
+        }
+        std::erase_if(tags, [](const Tag& tag) { return tag.code() == 330; });
+    } else if (type == "LEADER") {
+        constexpr int64_t kNoAnnotation = 3;
+        std::erase_if(tags, [](const Tag& tag) { return tag.code() == 340; });
+        replaceTag(tags, Tag(73, kNoAnnotation));
+    }
+}
+
+/// The copy of one object, with the XDATA, owned by a block or a main entity.
+Slot copyRecord(Database& database, Slot source, Slot owner, bool paper) {
+    const std::string type = database.typeName(source);
+    Tags tags = ownGroups(database.tags(source));
+    setPaperFlag(tags, paper);
+    untie(type, tags);
+    const ObjectClass object_class = database.record(source).object_class;
+    const Slot copy =
+        database.makeRecord(type, object_class, database.record(owner).handle, std::move(tags));
+    database.record(copy).owner = owner;
+    if (!database.xdata(source).empty()) {
+        XData xdata = database.xdata(source);
+        database.changeXData(copy) = std::move(xdata);
+    }
+    return copy;
+}
+
+/// A picture of its own for the copy of a dimension.
+void copyPicture(Database& database, Slot dimension) {
+    const Slot picture = blockOfReference(database, dimension);
+    const Block* drawn = database.findBlock(picture);
+    if (drawn == nullptr || !database.symbolName(picture).starts_with(u"*D")) return;
+    const std::vector<Slot> contents = drawn->contents;
+    const std::u16string name = anonymousBlockName(database, u'D');
+    const Slot block = defineBlock(database, name, blockBase(database, picture));
+    for (const Slot slot : contents) {
+        const ObjectRecord& record = database.record(slot);
+        if (!record.erased && record.object_class == ObjectClass::Entity) {
+            copyEntity(database, slot, block);
+        }
+    }
+    replaceTag(database.changeTags(dimension), Tag(2, name));
+}
+
+}  // namespace
+
+Slot copyEntity(Database& database, Slot entity, Slot block) {
+    const std::vector<Slot> parts = partsOf(database, entity);
+    const bool paper = block == database.paperSpace();
+    const Slot copy = copyRecord(database, entity, block, paper);
+    std::vector<Slot> copies;
+    for (const Slot part : parts)
+        copies.push_back(copyRecord(database, part, copy, paper));
+    database.appendEntity(block, copy);
+    for (const Slot part : copies)
+        database.appendEntity(block, part);
+    if (database.typeName(copy) == "DIMENSION") copyPicture(database, copy);
+    return copy;
+}
+
+}  // namespace host

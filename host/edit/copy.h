@@ -1,0 +1,16 @@
+/// Copies of entities.
+#ifndef HOST_EDIT_COPY_H
+#define HOST_EDIT_COPY_H
+
+#include "db/database.h"
+
+namespace host {
+
+/// Copies an entity with its sub-entities and XDATA to the end of a block. The copy belongs to no
+/// group and has no extension dictionary; a hatch doesn't follow its boundary any more, a leader
+/// not its text; a dimension gets a picture of its own. @return the new entity
+Slot copyEntity(Database& database, Slot entity, Slot block);
+
+}  // namespace host
+
+#endif

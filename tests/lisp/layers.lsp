@@ -1,0 +1,78 @@
+;;; LAYER: what becomes of the layers that its answers name.
+
+(setvar "CMDECHO" 0)
+(defun layer (name code) (cdr (assoc code (tblsearch "LAYER" name))))
+(defun states (code names) (mapcar '(lambda (name) (layer name code)) names))
+(defun current () (getvar "CLAYER"))
+
+;; Making.
+(command "_.layer" "_make" "PIPES" "")
+(is "Make makes a layer and sets it" '("PIPES" 7 "Continuous" 0) '(list (current) (layer "PIPES" 62) (layer "PIPES" 6) (layer "PIPES" 70)))
+(command "_-layer" "_n" "A,B,PIPES,bad<name,with blank" "")
+(is "New makes those of a list" '("A" "B" nil "with blank") '(states 2 '("A" "B" "bad<name" "with blank")))
+(is "and sets none" "PIPES" '(current))
+(command "._layer" "_thaw" "A" "_unlock" "A" "_set" "A" "")
+(is "Set" "A" '(current))
+(command "_.layer" "_s" "NOSUCH" "_s" "b" "_n" "C" "")
+(is "an unknown name is passed over, case doesn't count" '("B" "C") '(list (current) (layer "C" 2)))
+(command "_.layer" "_m" "no?good" "")
+(is "a name that can't be one" '("B" nil) '(list (current) (tblsearch "LAYER" "no?good")))
+(command "_.undo" 5)
+(is "undone" '("0" nil nil) '(list (current) (tblsearch "LAYER" "A") (tblsearch "LAYER" "PIPES")))
+(command "_.redo")
+(is "and made again" '("B" "A") '(list (current) (layer "A" 2)))
+
+;; States.
+(command "_.layer" "_freeze" "A,C,nosuch,B" "_lock" "A,C" "_off" "C" "")
+(is "frozen 1, locked 4; the current one can't be frozen" '(5 0 5) '(states 70 '("A" "B" "C")))
+(is "off is a negative colour" '(7 7 -7) '(states 62 '("A" "B" "C")))
+(command "_.layer" "_off" "C" "_on" "C" "_on" "C" "_unlock" "*" "")
+(is "on again, and once is enough" '(7 1) '(list (layer "C" 62) (layer "C" 70)))
+(command "_.layer" "_thaw" "?,PIPE*" "")
+(is "wildcards" '(0 0 0) '(states 70 '("A" "B" "C")))
+(command "_.layer" "_off" "B" "_no" "_off" "B" "_yes" "")
+(is "the current one goes off when that is meant" -7 '(layer "B" 62))
+(command "_.layer" "_m" "B" "")
+(is "Make turns on" 7 '(layer "B" 62))
+(command "_.layer" "_s" "0" "_freeze" "B" "_s" "B" "_m" "B" "")
+(is "a frozen layer can't be the current one" "0" '(current))
+(command "_.layer" "_thaw" "B" "_lock" "" "")
+(is "Enter names no layer" 0 '(layer "0" 70))
+
+;; A locked layer keeps its entities.
+(command "_.layer" "_lock" "A" "_set" "A" "")
+(setq e (make-line))
+(command "_.line" '(0 0) '(1 1) "")
+(setq locked (entlast))
+(command "_.erase" e locked "")
+(is "what lies on it can't be erased" '(nil "LINE") '(list (entget e) (cdr (assoc 0 (entget locked)))))
+(is "nor changed" nil '(entmod (append (entget locked) '((62 . 1)))))
+(command "_.layer" "_unlock" "A" "_s" "0" "")
+(command "_.erase" locked "")
+(is "until it is unlocked" nil '(entget locked))
+
+;; Colours, line types, weights, plotting.
+(command "_.layer" "_color" "red" "A,B" "_c" 42 "" "_c" "bylayer" "nocolor" 5 "C" "")
+(is "colours" '(1 1 42 5) '(states 62 '("A" "B" "0" "C")))
+(command "_.layer" "_off" "A" "_c" 3 "A" "_c" -6 "B" "")
+(is "a layer that is off stays off" '(-3 -6) '(states 62 '("A" "B")))
+(entmake '((0 . "LTYPE") (100 . "AcDbSymbolTableRecord") (100 . "AcDbLinetypeTableRecord") (2 . "DASHED")
+           (70 . 0) (3 . "_ _ _") (72 . 65) (73 . 2) (40 . 2.0) (49 . 1.0) (74 . 0) (49 . -1.0) (74 . 0)))
+(command "_.layer" "_ltype" "dashed" "A" "_l" "nosuch" "" "B" "_lw" 0.26 "A" "_lweight" "default" "B" "_plot" "_no" "A" "")
+(is "line types and weights" '("DASHED" "Continuous" 25 -3 0) '(list (layer "A" 6) (layer "B" 6) (layer "A" 370) (layer "B" 370) (layer "A" 290)))
+
+;; Renaming takes along what lies on the layer.
+(setq e (entmakex '((0 . "LINE") (8 . "A") (10 0.0 0.0 0.0) (11 1.0 0.0 0.0))))
+(command "_.layer" "_s" "A" "_rename" "A" "NEW" "_r" "0" "zero" "_r" "nosuch" "_r" "C" "new" "")
+(is "renamed" '("NEW" "NEW" nil "C" "0")
+    '(list (current) (cdr (assoc 8 (entget e))) (tblsearch "LAYER" "A") (layer "C" 2) (layer "0" 2)))
+(command "_.u")
+(is "and back" '("0" "A" nil) '(list (current) (cdr (assoc 8 (entget e))) (tblsearch "LAYER" "NEW")))
+(command "_.layer" "_set" "" e "")
+(is "the layer of an object" "A" '(current))
+
+;; A cancel leaves what the options before it did.
+(command "_.layer" "_n" "LAST" "_s")
+(command)
+(is "cancelled" '("LAST" "A") '(list (layer "LAST" 2) (current)))
+(finish)
