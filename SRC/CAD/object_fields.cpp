@@ -43,8 +43,7 @@ int kz_CADObj_deleteXDataFldList(const kz_CADObjId* id, const kz_Char* app) {
     return kz_XData_deleteFldList(nameOf(id), app);
 }
 
-kz_FldList* kz_CADObj_getXDataFldList(const kz_CADObjId* id, kz_FldList* list,
-                                      const kz_Char* app) {
+kz_FldList* kz_CADObj_getXDataFldList(const kz_CADObjId* id, kz_FldList* list, const kz_Char* app) {
     traceCall(KZ_T("kz_CADObj_getXDataFldList"));
     if (kz_CADObjId_isNull(id) == 1) return nullptr;
     kz_FldList* read = kz_XData_getFldList(id->ename, list, app);

@@ -12,7 +12,7 @@
 
 namespace {
 
-constexpr std::string_view kTable = "BLOCK_RECORD";
+constexpr const char* kTable = "BLOCK_RECORD";
 /// Flags of a BLOCK that stands for another drawing.
 constexpr int64_t kAttached = 4;
 constexpr int64_t kOverlay = 8;
@@ -45,128 +45,23 @@ bool isPaper(host::Database& drawing, host::Slot block) {
 
 }  // namespace
 
-Acad::ErrorStatus AcDbDatabase::getSymbolTable(AcDbBlockTable*& table, AcDb::OpenMode mode) const {
-    table = nullptr;
-    const Acad::ErrorStatus failed = host::fault(host::Call::getSymbolTable);
-    if (failed != Acad::eOk) return failed;
-    if (drawing_ == nullptr) return Acad::eNoDatabase;
-    return acdbOpenObject(table, drawing_->idOf(drawing_->needTableHead(kTable)), mode);
-}
-
-// --- table --------------------------------------------------------------------------------------
-
-Acad::ErrorStatus AcDbBlockTable::getAt(const ACHAR* name, AcDbObjectId& id) const {
-    const Acad::ErrorStatus failed = host::fault(host::Call::getAt);
-    if (failed != Acad::eOk) return failed;
-    if (!isReadEnabled()) return Acad::eNotOpenForRead;
-    if (name == nullptr) return Acad::eInvalidInput;
-    const host::Slot record = database_->findSymbol(kTable, name);
-    if (record == host::kNoSlot) return Acad::eKeyNotFound;
-    id = database_->idOf(record);
-    return Acad::eOk;
-}
-
-Acad::ErrorStatus AcDbBlockTable::getAt(const ACHAR* name, AcDbBlockTableRecord*& record,
-                                        AcDb::OpenMode mode) const {
-    record = nullptr;
-    AcDbObjectId id;
-    const Acad::ErrorStatus status = getAt(name, id);
-    return status == Acad::eOk ? acdbOpenObject(record, id, mode) : status;
-}
-
-bool AcDbBlockTable::has(const ACHAR* name) const {
-    return isReadEnabled() && name != nullptr &&
-           database_->findSymbol(kTable, name) != host::kNoSlot;
-}
-
-Acad::ErrorStatus AcDbBlockTable::add(AcDbBlockTableRecord* record) {
-    AcDbObjectId ignored;
-    return add(ignored, record);
-}
-
-Acad::ErrorStatus AcDbBlockTable::add(AcDbObjectId& id, AcDbBlockTableRecord* record) {
-    const Acad::ErrorStatus failed = host::fault(host::Call::add);
-    if (failed != Acad::eOk) return failed;
-    if (!isWriteEnabled()) return Acad::eNotOpenForWrite;
-    if (record == nullptr) return Acad::eNullObjectPointer;
-    if (record->database() != nullptr) return Acad::eAlreadyInDb;
-    if (record->name_.empty()) return Acad::eInvalidKey;
-    if (database_->findSymbol(kTable, record->name_) != host::kNoSlot) return Acad::eDuplicateKey;
-    const host::Slot made = host::defineBlock(*database_, record->name_, AcGePoint3d::kOrigin);
-    if (made == host::kNoSlot) return Acad::eInvalidKey;
-    database_->adopt(*record, made);
-    id = database_->idOf(made);
-    return Acad::eOk;
-}
-
-Acad::ErrorStatus AcDbBlockTable::newIterator(AcDbBlockTableIterator*& iterator) const {
-    iterator = nullptr;
-    const Acad::ErrorStatus failed = host::fault(host::Call::newIterator);
-    if (failed != Acad::eOk) return failed;
-    if (!isReadEnabled()) return Acad::eNotOpenForRead;
-    iterator = new AcDbBlockTableIterator(objectId());
-    return iterator == nullptr ? Acad::eOutOfMemory : Acad::eOk;
-}
-
-void* AcDbBlockTableIterator::operator new(size_t size) noexcept {
-    return kz_Malloc(size);
-}
-
-void AcDbBlockTableIterator::operator delete(void* block) noexcept {
-    kz_Free(block);
-}
-
-AcDbObjectId AcDbBlockTableIterator::current() const {
-    host::Database* drawing = host::Database::find(table_);
-    if (drawing == nullptr) return {};
-    const std::vector<host::Slot>& records = drawing->addTable(kTable).records;
-    while (index_ < records.size() && drawing->record(records[index_]).erased)
-        ++index_;
-    return index_ < records.size() ? drawing->idOf(records[index_]) : AcDbObjectId();
-}
-
-bool AcDbBlockTableIterator::done() const {
-    return current().isNull();
-}
-
-void AcDbBlockTableIterator::step() {
-    if (!done()) ++index_;
-}
-
-Acad::ErrorStatus AcDbBlockTableIterator::getRecordId(AcDbObjectId& id) const {
-    const AcDbObjectId found = current();
-    if (found.isNull()) return Acad::eIteratorDone;
-    id = found;
-    return Acad::eOk;
-}
-
-Acad::ErrorStatus AcDbBlockTableIterator::getRecord(AcDbBlockTableRecord*& record,
-                                                    AcDb::OpenMode mode) const {
-    record = nullptr;
-    AcDbObjectId id;
-    const Acad::ErrorStatus status = getRecordId(id);
-    return status == Acad::eOk ? acdbOpenObject(record, id, mode) : status;
-}
-
 // --- record -------------------------------------------------------------------------------------
 
 AcDbBlockTableRecord::AcDbBlockTableRecord() = default;
 AcDbBlockTableRecord::~AcDbBlockTableRecord() = default;
 
-Acad::ErrorStatus AcDbBlockTableRecord::getName(ACHAR*& name) const {
-    name = nullptr;
-    const Acad::ErrorStatus failed = host::fault(host::Call::getName);
-    if (failed != Acad::eOk) return failed;
-    if (!isReadEnabled()) return Acad::eNotOpenForRead;
-    name = host::heapText(database_ == nullptr ? name_ : database_->symbolName(slot_));
-    return name == nullptr ? Acad::eOutOfMemory : Acad::eOk;
+const char* AcDbBlockTableRecord::tableName() const {
+    return kTable;
 }
 
-Acad::ErrorStatus AcDbBlockTableRecord::setName(const ACHAR* name) {
-    if (name == nullptr) return Acad::eInvalidInput;
-    if (database_ != nullptr) return Acad::eNotApplicable;
-    name_ = name;
-    return Acad::eOk;
+Acad::ErrorStatus AcDbBlockTableRecord::describe(host::NewObject& out) {
+    const Acad::ErrorStatus status = AcDbSymbolTableRecord::describe(out);
+    out.groups = host::blockRecordTags(out.drawing);
+    return status;
+}
+
+void AcDbBlockTableRecord::entered() {
+    host::addBlockEnds(*database_, slot_, AcGePoint3d::kOrigin);
 }
 
 Acad::ErrorStatus AcDbBlockTableRecord::appendAcDbEntity(AcDbEntity* entity) {
@@ -210,7 +105,6 @@ Acad::ErrorStatus AcDbBlockTableRecord::newIterator(AcDbBlockTableRecordIterator
     return Acad::eOk;
 }
 
-/// What the block's BLOCK says of the block; NULL for a block without one.
 const host::Tags* AcDbBlockTableRecord::definition() const {
     const bool readable = database_ != nullptr && isReadEnabled();
     const host::Block* block = readable ? database_->findBlock(slot_) : nullptr;

@@ -351,15 +351,6 @@ void Database::setOwner(Slot slot, Slot owner) {
 
 // --- open and close -----------------------------------------------------------------------------
 
-AcDbObject* Database::newTable(Slot head) const {
-    for (const auto& symbols : tables_) {
-        if (symbols->head != head) continue;
-        if (symbols->name == "BLOCK_RECORD") return new AcDbBlockTable;
-        break;
-    }
-    return new AcDbObject;
-}
-
 AcDbObject* Database::newInstance(Slot slot) {
     using Make = AcDbObject* (*)();
     struct Row {
@@ -367,14 +358,15 @@ AcDbObject* Database::newInstance(Slot slot) {
         Make make;
     };
     static constexpr Row kRows[] = {
-        {"BLOCK_RECORD", []() -> AcDbObject* { return new AcDbBlockTableRecord; }},
         {"CIRCLE", []() -> AcDbObject* { return new AcDbCircle; }},
         {"ELLIPSE", []() -> AcDbObject* { return new AcDbEllipse; }},
         {"INSERT", []() -> AcDbObject* { return new AcDbBlockReference; }},
         {"POINT", []() -> AcDbObject* { return new AcDbPoint; }},
         {"XRECORD", []() -> AcDbObject* { return new AcDbXrecord; }}};
     const ObjectClass object_class = records_[slot].object_class;
-    if (object_class == ObjectClass::TableHead) return newTable(slot);
+    if (object_class == ObjectClass::TableHead || object_class == ObjectClass::TableRecord) {
+        return newTableInstance(slot);
+    }
     if (isDictionary(slot)) return new AcDbDictionary;
     const std::string& type = typeName(slot);
     if (type == "POLYLINE") return newPolyline(slot);
@@ -415,11 +407,23 @@ Acad::ErrorStatus Database::takeOver(AcDbObject& object, Slot& made) {
     return Acad::eOk;
 }
 
+Acad::ErrorStatus Database::takeOverSymbol(AcDbObject& object, std::u16string_view name,
+                                           Slot& made) {
+    NewObject fresh{*this, {}, {}};
+    const Acad::ErrorStatus status = object.describe(fresh);
+    if (status != Acad::eOk) return status;
+    made = makeSymbol(fresh.type, name, std::move(fresh.groups));
+    if (made == kNoSlot) return Acad::eDuplicateKey;
+    adopt(object, made);
+    return Acad::eOk;
+}
+
 void Database::adopt(AcDbObject& object, Slot slot) {
+    ObjectRecord& record = records_[slot];
     object.database_ = this;
     object.slot_ = slot;
-    records_[slot].object = &object;
-    records_[slot].writer = true;
+    record.object = &object;
+    record.writer = true;
     ++open_objects;
 }
 

@@ -46,7 +46,14 @@ SymbolTable& Database::addTable(std::string_view name) {
 
 Slot Database::needTableHead(std::string_view name) {
     SymbolTable& symbols = addTable(name);
-    if (symbols.head == kNoSlot) symbols.head = addRecord("TABLE", ObjectClass::TableHead);
+    if (symbols.head != kNoSlot) return symbols.head;
+    // The table itself is no change that anybody wants to undo.
+    const UndoPause pause(undo_);
+    Tags groups;
+    groups.emplace_back(100, u"AcDbSymbolTable");
+    groups.emplace_back(2, kz::toUtf16(symbols.name));
+    groups.emplace_back(70, int64_t{0});
+    symbols.head = makeRecord("TABLE", ObjectClass::TableHead, 0, std::move(groups));
     return symbols.head;
 }
 

@@ -46,8 +46,8 @@ KZ_EXPORT int kz_AppDataList_fromXdata(kz_AppDataList** list, resbuf* chain);
 KZ_EXPORT kz_AppData* kz_AppDataList_search(kz_AppDataList* list, const kz_Char* name);
 /// The fields of an application, lent; NULL when there are none.
 KZ_EXPORT kz_FldList* kz_AppDataList_getFldList(kz_AppDataList* list, const kz_Char* name);
-/// A deep copy that stands at its start; a record that can't be copied is left out. @return NULL for
-/// NULL and without memory; caller destroys
+/// A deep copy that stands at its start; a record that can't be copied is left out. @return NULL
+/// for NULL and without memory; caller destroys
 KZ_EXPORT kz_AppDataList* kz_AppDataList_dup(kz_AppDataList* list);
 /// Transforms the values of all records as kz_FldList_applyTransform does; a record without fields
 /// counts as done. The list then stands at its start.

@@ -1,9 +1,9 @@
 /// Properties of single objects: colour, layer, line style, line weight, visibility, highlight,
 /// place, the flag of hidden lines, and the state of layers.
 ///
-/// Values are texts in the forms of kz_cad_env.h, scales are numbers. KZ_CAD_DEFAULT in the place of
-/// a value to be set is the editor's current one. Where a text is handed out, the buffer holds 256
-/// characters. A line weight is what polylines with vertices have for a width; nothing else has
+/// Values are texts in the forms of kz_cad_env.h, scales are numbers. KZ_CAD_DEFAULT in the place
+/// of a value to be set is the editor's current one. Where a text is handed out, the buffer holds
+/// 256 characters. A line weight is what polylines with vertices have for a width; nothing else has
 /// one.
 ///
 /// Unless a line says otherwise a function gives 1, or 0 for a null id, for an object that can't be
@@ -95,8 +95,8 @@ KZ_EXPORT void kz_AcCAD_removeAnonymousGraphics(int viewport);
 
 /// 1 for a hidden object; 0 for any other, and where there is none.
 KZ_EXPORT int kz_CADObjId_isHLRHidden(const kz_CADObjId* id);
-/// @return 1; 7 for a null id, 4 for an id that leads nowhere, 5 without memory, 0 when the platform
-/// refuses
+/// @return 1; 7 for a null id, 4 for an id that leads nowhere, 5 without memory, 0 when the
+/// platform refuses
 KZ_EXPORT int kz_CADObjId_setHLRHidden(const kz_CADObjId* id, int hidden);
 /// The same for an entity that the caller has open, for reading or, when it is to be changed, for
 /// either: one open for read is raised to write for the time of the call.

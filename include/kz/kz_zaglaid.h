@@ -3,6 +3,7 @@
 #define KZ_ZAGLAID_H
 
 #include "kz/kz_appdata.h"
+#include "kz/kz_cad_env.h"
 #include "kz/kz_diag.h"
 #include "kz/kz_dwgdata.h"
 #include "kz/kz_error.h"
@@ -14,6 +15,7 @@
 #include "kz/kz_rb.h"
 #include "kz/kz_selset.h"
 #include "kz/kz_services.h"
+#include "kz/kz_ucs.h"
 #include "kz/kz_xdata.h"
 
 #endif

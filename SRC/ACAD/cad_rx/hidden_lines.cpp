@@ -43,7 +43,7 @@ int kz_AcCADEntity_isHLRHidden(const AcDbEntity* entity) {
     const kz::OwnedFldList fields(read);
     int16_t hidden = 0;
     return status == 1 && kz_FldList_getInt(fields.get(), kField, &hidden) == 1 && hidden != 0 ? 1
-                                                                                              : 0;
+                                                                                               : 0;
 }
 
 int kz_AcCADEntity_setHLRHidden(AcDbEntity* entity, int hidden) {

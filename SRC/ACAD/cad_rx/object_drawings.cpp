@@ -118,8 +118,7 @@ int kz_CADObjId_getDrawingName(kz_Char* out, const kz_CADObjId* id) {
     AcDbObjectId object;
     if (out == nullptr || kz_CADObjId_getAcDbObjectId(&object, id) != 1) return 0;
     int attached = 0, found_open = 0;
-    const kz::OwnedText file(
-        kz_AcCAD_getDwgNameFromEntObjId(&object, &attached, &found_open, 1));
+    const kz::OwnedText file(kz_AcCAD_getDwgNameFromEntObjId(&object, &attached, &found_open, 1));
     if (file == nullptr) return 0;
     kz_Str_ncpy(out, file.get(), kz_Str_len(file.get()));
     return 1;

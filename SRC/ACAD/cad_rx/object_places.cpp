@@ -1,4 +1,5 @@
-/// Where objects are: moving them, circles in a place, and the way of a new entity into the drawing.
+/// Where objects are: moving them, circles in a place, and the way of a new entity into the
+/// drawing.
 #include <cmath>
 
 #include "ACAD/cad_rx/cad_rx.h"

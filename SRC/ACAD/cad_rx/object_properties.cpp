@@ -70,8 +70,8 @@ int kz_CADObjId_getColor(kz_Char* out, const kz_CADObjId* id) {
 }
 
 int kz_CADObjId_getLayer(kz_Char* out, const kz_CADObjId* id) {
-    return readEntity(
-        out, id, [out](const AcDbEntity* entity) { return takeText(out, entity->layer()); });
+    return readEntity(out, id,
+                      [out](const AcDbEntity* entity) { return takeText(out, entity->layer()); });
 }
 
 int kz_CADObjId_getLineStyle(kz_Char* out, const kz_CADObjId* id) {

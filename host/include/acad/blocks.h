@@ -4,13 +4,11 @@
 #ifndef ACAD_BLOCKS_H
 #define ACAD_BLOCKS_H
 
-#include <string>
 #include <vector>
 
 #include "acad/entities.h"
+#include "acad/tables.h"
 
-class AcDbBlockTableIterator;
-class AcDbBlockTableRecord;
 class AcDbBlockTableRecordIterator;
 class AcDbBlockReferenceIdIterator;
 
@@ -18,71 +16,19 @@ class AcDbBlockReferenceIdIterator;
 constexpr const ACHAR* ACDB_MODEL_SPACE = u"*Model_Space";
 constexpr const ACHAR* ACDB_PAPER_SPACE = u"*Paper_Space";
 
-/// The table of blocks, opened by AcDbDatabase::getSymbolTable. Names are compared without regard
-/// to case.
-class ACAD_API AcDbBlockTable : public AcDbObject {
-  public:
-    /// Id of a block's record. @return eKeyNotFound; `id` is then as it was
-    Acad::ErrorStatus getAt(const ACHAR* name, AcDbObjectId& id) const;
-    /// Opens a block's record. @return eKeyNotFound, else as acdbOpenObject; `record` is then NULL
-    Acad::ErrorStatus getAt(const ACHAR* name, AcDbBlockTableRecord*& record,
-                            AcDb::OpenMode mode) const;
-    bool has(const ACHAR* name) const;
-    /// Takes a new record over under its name; it is open for write afterwards. @return
-    /// eNotOpenForWrite, eNullObjectPointer, eAlreadyInDb, eInvalidKey for a name that can't be
-    /// one, eDuplicateKey; the record then stays the caller's
-    Acad::ErrorStatus add(AcDbBlockTableRecord* record);
-    Acad::ErrorStatus add(AcDbObjectId& id, AcDbBlockTableRecord* record);
-    /// An iterator on the first record, which the caller deletes. @return eOutOfMemory,
-    /// eNotOpenForRead; `iterator` is then NULL
-    Acad::ErrorStatus newIterator(AcDbBlockTableIterator*& iterator) const;
-
+/// The table of blocks.
+class ACAD_API AcDbBlockTable : public AcDbSymbolTable {
   private:
     friend class host::Database;
     AcDbBlockTable() = default;
 };
 
-/// Walks over the living records in the order of the table, which may be closed meanwhile. At its
-/// end once the drawing is closed.
-class ACAD_API AcDbBlockTableIterator {
-  public:
-    AcDbBlockTableIterator(const AcDbBlockTableIterator&) = delete;
-    AcDbBlockTableIterator& operator=(const AcDbBlockTableIterator&) = delete;
-    static void* operator new(size_t size) noexcept;
-    static void operator delete(void* block) noexcept;
-
-    /// Back to the first record.
-    void start() { index_ = 0; }
-    bool done() const;
-    void step();
-    /// @return eIteratorDone at the end; `id` is then as it was
-    Acad::ErrorStatus getRecordId(AcDbObjectId& id) const;
-    /// @return eIteratorDone at the end, else as acdbOpenObject; `record` is then NULL
-    Acad::ErrorStatus getRecord(AcDbBlockTableRecord*& record,
-                                AcDb::OpenMode mode = AcDb::kForRead) const;
-
-  private:
-    friend class AcDbBlockTable;
-    explicit AcDbBlockTableIterator(AcDbObjectId table) : table_(table) {}
-    AcDbObjectId current() const;
-
-    AcDbObjectId table_;
-    mutable size_t index_ = 0;
-};
-
 /// The record of a block, which owns the entities of the block.
-class ACAD_API AcDbBlockTableRecord : public AcDbObject {
+class ACAD_API AcDbBlockTableRecord : public AcDbSymbolTableRecord {
   public:
     /// A new, empty block without a name.
     AcDbBlockTableRecord();
     ~AcDbBlockTableRecord() override;
-
-    /// Name of the block, a heap copy that the caller frees. @return eNotOpenForRead, eOutOfMemory;
-    /// `name` is then NULL
-    Acad::ErrorStatus getName(ACHAR*& name) const;
-    /// Names a block that is in no drawing yet; AcDbBlockTable::add looks at the name.
-    /// @return eInvalidInput for NULL, eNotApplicable for a block of a drawing
-    Acad::ErrorStatus setName(const ACHAR* name);
 
     /// Takes a new entity over as the last one of the block; it is open for write afterwards.
     /// @return eNotOpenForWrite, eNullObjectPointer, eAlreadyInDb, eNotThatKindOfClass,
@@ -113,11 +59,12 @@ class ACAD_API AcDbBlockTableRecord : public AcDbObject {
     Acad::ErrorStatus newBlockReferenceIdIterator(AcDbBlockReferenceIdIterator*& iterator) const;
 
   private:
-    friend class AcDbBlockTable;
+    Acad::ErrorStatus describe(host::NewObject& out) override;
+    const char* tableName() const override;
+    void entered() override;
+    /// What the block's BLOCK says of the block; NULL for a block without one.
     const std::vector<host::Tag>* definition() const;
     int64_t blockFlags() const;
-
-    std::u16string name_;  ///< of one outside of a drawing
 };
 
 /// Walks over the main entities of a block, which may be closed and get more of them meanwhile. At

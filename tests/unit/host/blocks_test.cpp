@@ -35,9 +35,9 @@ class Blocks : public drawn::Drawing {
     static std::string names() {
         std::string all;
         const Open<AcDbBlockTable> blocks(table());
-        AcDbBlockTableIterator* made = nullptr;
+        AcDbSymbolTableIterator* made = nullptr;
         EXPECT_EQ(blocks->newIterator(made), Acad::eOk);
-        const std::unique_ptr<AcDbBlockTableIterator> walk(made);
+        const std::unique_ptr<AcDbSymbolTableIterator> walk(made);
         for (; !walk->done(); walk->step()) {
             AcDbBlockTableRecord* opened = nullptr;
             EXPECT_EQ(walk->getRecord(opened), Acad::eOk);
@@ -126,9 +126,8 @@ TEST_F(Blocks, a_block_that_can_not_be_added_stays_the_callers) {
     }
     const Open<AcDbBlockTable> blocks(table(AcDb::kForWrite));
     EXPECT_EQ(blocks->add(nullptr), Acad::eNullObjectPointer);
-    EXPECT_EQ(blocks->add(&record), Acad::eInvalidKey);
-    record.setName(u"a|b");
-    EXPECT_EQ(blocks->add(&record), Acad::eInvalidKey);
+    EXPECT_EQ(blocks->add(&record), Acad::eInvalidInput);
+    EXPECT_EQ(record.setName(u"a|b"), Acad::eInvalidInput);
     record.setName(u"VALVE");
     EXPECT_EQ(blocks->add(&record), Acad::eDuplicateKey);
     EXPECT_EQ(record.database(), nullptr);
