@@ -1,6 +1,5 @@
 /// Properties of objects by their ids: what the platform's entities say, as the suite's texts.
 #include "ACAD/cad_rx/cad_rx.h"
-#include "RB/number_text.h"
 #include "checks.h"
 #include "guards.h"
 #include "kz/kz_cad_env.h"
@@ -144,7 +143,7 @@ int kz_CADObjId_setLineStyleScale(const kz_CADObjId* id, double scale) {
 int kz_CADObjId_setLineWeight(const kz_CADObjId* id, const kz_Char* weight) {
     const Wanted wanted(weight, kz_AcCADEngine_getLineWeight);
     if (wanted.isMissing()) return 0;
-    const double width = kz::parseReal(wanted.get());
+    const double width = kz::parseReal(std::u16string_view(wanted.get()));
     return changeEntity(id, [width](AcDbEntity* entity) {
         AcDb2dPolyline* polyline = AcDb2dPolyline::cast(entity);
         if (polyline == nullptr) return Acad::eNotThatKindOfClass;

@@ -1,7 +1,7 @@
 /// Objects inside attached drawings, with the service there: their drawing and its file, how it
 /// lies in the current one, and their data in the coordinates of the current one. Further what the
 /// twins of properties trace and put on the error list, and moving in local coordinates.
-#include <memory>
+#include <cmath>
 #include <utility>
 
 #include "host/output.h"
@@ -68,12 +68,11 @@ class AttachedObjects : public test::SuiteTest {
     }
     /// A point field as its three coordinates.
     static std::string pointIn(kz_FldList* list) {
-        kz_Point point = {};
-        const int status = kz_FldList_getPoint(list, KZ_T("AT"), &point);
-        return status == 1 ? std::to_string(std::lround(point.x)) + "," +
-                                 std::to_string(std::lround(point.y)) + "," +
-                                 std::to_string(std::lround(point.z))
-                           : "<none>";
+        const kz_FldNode* field = kz_FldList_find(list, KZ_T("AT"));
+        if (field == nullptr || field->type != KZ_FLD_POINT) return "<none>";
+        const kz_Point& at = field->value.point;
+        return std::to_string(std::lround(at.x)) + "," + std::to_string(std::lround(at.y)) + "," +
+               std::to_string(std::lround(at.z));
     }
     std::string errors() {
         printed_.clear();
