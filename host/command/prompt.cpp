@@ -6,6 +6,7 @@
 #include "db/database.h"
 #include "edit/input.h"
 #include "edit/keywords.h"
+#include "edit/shapes.h"
 #include "kz_tls21an/text.h"
 
 namespace host {
@@ -111,7 +112,7 @@ class Chosen {
     }
 
     void addAll() {
-        const Block* space = drawing_.findBlock(drawing_.modelSpace());
+        const Block* space = drawing_.findBlock(currentSpace(drawing_));
         for (size_t i = 0; space != nullptr && i < space->contents.size(); ++i)
             add(space->contents[i]);
     }
@@ -213,8 +214,12 @@ void CommandPrompt::say(std::u16string_view message) const {
     if (!quiet) tell(message);
 }
 
-void CommandPrompt::refuse(std::u16string_view message) const {
+void CommandPrompt::warn(std::u16string_view message) const {
     tell(name_ + u": " + std::u16string(message));
+}
+
+void CommandPrompt::refuse(std::u16string_view message) const {
+    warn(message);
     throw Cancelled{};
 }
 

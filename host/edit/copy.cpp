@@ -58,9 +58,7 @@ void untie(std::string_view type, Tags& tags) {
 /// The copy of one object, with the XDATA, owned by a block or a main entity.
 Slot copyRecord(Database& database, Slot source, Slot owner, bool paper) {
     const std::string type = database.typeName(source);
-    Tags tags = ownGroups(database.tags(source));
-    setPaperFlag(tags, paper);
-    untie(type, tags);
+    Tags tags = copiedGroups(type, database.tags(source), paper);
     const ObjectClass object_class = database.record(source).object_class;
     const Slot copy =
         database.makeRecord(type, object_class, database.record(owner).handle, std::move(tags));
@@ -90,6 +88,13 @@ void copyPicture(Database& database, Slot dimension) {
 }
 
 }  // namespace
+
+Tags copiedGroups(std::string_view type, const Tags& tags, bool paper) {
+    Tags copied = ownGroups(tags);
+    setPaperFlag(copied, paper);
+    untie(type, copied);
+    return copied;
+}
 
 Slot copyEntity(Database& database, Slot entity, Slot block) {
     const std::vector<Slot> parts = partsOf(database, entity);

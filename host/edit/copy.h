@@ -11,6 +11,10 @@ namespace host {
 /// not its text; a dimension gets a picture of its own. @return the new entity
 Slot copyEntity(Database& database, Slot entity, Slot block);
 
+/// The groups that a copy of an entity of this type has, behind type, handle and owner.
+/// @param paper  whether the copy lies in paper space
+Tags copiedGroups(std::string_view type, const Tags& tags, bool paper);
+
 }  // namespace host
 
 #endif
