@@ -355,6 +355,9 @@ AcDbObject* Database::newInstance(Slot slot) const {
     if (object_class == ObjectClass::Entity || object_class == ObjectClass::SubEntity) {
         return new AcDbEntity;
     }
+    if (object_class == ObjectClass::TableHead || object_class == ObjectClass::TableRecord) {
+        return newTableInstance(slot);
+    }
     if (isDictionary(slot)) return new AcDbDictionary;
     if (typeName(slot) == "XRECORD") return new AcDbXrecord;
     return new AcDbObject;
@@ -374,13 +377,28 @@ Acad::ErrorStatus Database::takeOver(AcDbObject& object, Slot& made) {
     const Acad::ErrorStatus status = object.describe(fresh);
     if (status != Acad::eOk) return status;
     made = makeRecord(fresh.type, ObjectClass::Object, 0, std::move(fresh.groups));
-    ObjectRecord& record = records_[made];
+    adopt(object, made);
+    return Acad::eOk;
+}
+
+Acad::ErrorStatus Database::takeOverSymbol(AcDbObject& object, std::u16string_view name,
+                                           Slot& made) {
+    NewObject fresh{*this, {}, {}};
+    const Acad::ErrorStatus status = object.describe(fresh);
+    if (status != Acad::eOk) return status;
+    made = makeSymbol(fresh.type, name, std::move(fresh.groups));
+    if (made == kNoSlot) return Acad::eDuplicateKey;
+    adopt(object, made);
+    return Acad::eOk;
+}
+
+void Database::adopt(AcDbObject& object, Slot slot) {
+    ObjectRecord& record = records_[slot];
     object.database_ = this;
-    object.slot_ = made;
+    object.slot_ = slot;
     record.object = &object;
     record.writer = true;
     ++open_objects;
-    return Acad::eOk;
 }
 
 Acad::ErrorStatus Database::open(Slot slot, AcDb::OpenMode mode, bool open_erased,

@@ -177,6 +177,8 @@ class Database {
     /// Makes an object of a caller one of the OBJECTS section, open for write. The instance is the
     /// drawing's from then on. @return eNotThatKindOfClass for one that none can be made of
     Acad::ErrorStatus takeOver(AcDbObject& object, Slot& made);
+    /// Makes it a record of a table. @return also eDuplicateKey for a name in use
+    Acad::ErrorStatus takeOverSymbol(AcDbObject& object, std::u16string_view name, Slot& made);
     /// The object's tags, decoded on the first call.
     const Tags& tags(Slot slot);
     const XData& xdata(Slot slot);
@@ -323,6 +325,9 @@ class Database {
     size_t headerPlace(std::string_view name);
     /// A new instance of the class that shows the object; NULL without memory.
     AcDbObject* newInstance(Slot slot) const;
+    AcDbObject* newTableInstance(Slot slot) const;
+    /// Makes an instance that a caller made the drawing's own, open for write.
+    void adopt(AcDbObject& object, Slot slot);
     bool makeObject(Slot slot);
     void decodeTags(ObjectRecord& record, ObjectData& data) const;
     bool isLiving(Slot slot) const;

@@ -166,7 +166,10 @@ class Composer {
         std::string tables;
         for (const auto& [type, records] : new_tables_) {
             tables += "  0\nTABLE\n  2\n" + type + "\n";
-            writeHandle(5, database_.newHandle(), tables);
+            const SymbolTable* table = database_.table(type);
+            const bool made = table != nullptr && table->head != kNoSlot;
+            writeHandle(5, made ? database_.record(table->head).handle : database_.newHandle(),
+                        tables);
             tables += "330\n0\n100\nAcDbSymbolTable\n 70\n0\n" + records + "  0\nENDTAB\n";
         }
         std::string blocks;

@@ -6,10 +6,11 @@
 
 #include "acad/ads.h"
 #include "acad/db.h"
-#include "acad/ed.h"
 #include "acad/dict.h"
+#include "acad/ed.h"
 #include "acad/ge.h"
 #include "acad/rx.h"
+#include "acad/tables.h"
 #include "kz_tls21an/base36.h"
 #include "kz_tls21an/diag.h"
 #include "kz_tls21an/fldlist.h"

@@ -2,6 +2,7 @@
 #ifndef KZ_ZAGLAID_H
 #define KZ_ZAGLAID_H
 
+#include "kz/kz_cad_env.h"
 #include "kz/kz_diag.h"
 #include "kz/kz_dwgdata.h"
 #include "kz/kz_error.h"
@@ -11,6 +12,7 @@
 #include "kz/kz_point_cnv.h"
 #include "kz/kz_rb.h"
 #include "kz/kz_services.h"
+#include "kz/kz_ucs.h"
 #include "kz/kz_xdata.h"
 
 #endif

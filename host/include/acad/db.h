@@ -61,6 +61,8 @@ enum OpenMode { kForRead = 0, kForWrite = 1, kForNotify = 2 };
 
 class AcDbDatabase;
 class AcDbDictionary;
+class AcDbLayerTable;
+class AcDbLinetypeTable;
 class AcDbObject;
 
 /// Id of a database object: leads to a slot of its database's object table. Valid as long as that
@@ -205,6 +207,12 @@ class ACAD_API AcDbDatabase {
     /// The same for the dictionary of groups, ACAD_GROUP.
     Acad::ErrorStatus getGroupDictionary(AcDbDictionary*& dictionary,
                                          AcDb::OpenMode mode = AcDb::kForRead) const;
+    /// Opens a symbol table; for write it is made when the drawing has none. @return eNoDatabase
+    /// without a drawing, eKeyNotFound, else as acdbOpenObject; `table` is then NULL
+    Acad::ErrorStatus getSymbolTable(AcDbLayerTable*& table,
+                                     AcDb::OpenMode mode = AcDb::kForRead) const;
+    Acad::ErrorStatus getSymbolTable(AcDbLinetypeTable*& table,
+                                     AcDb::OpenMode mode = AcDb::kForRead) const;
     /// Switches undo recording; stays until it is switched back. What changes meanwhile stays when
     /// the step that it fell into is undone, unless that step changed the same object before.
     void disableUndoRecording(bool disable);
