@@ -154,6 +154,16 @@ void copyPicture(Database& database, Slot dimension) {
     replaceTag(database.changeTags(dimension), Tag(2, name));
 }
 
+/// Viewports of a layout go by different numbers.
+void numberViewport(Database& database, Slot viewport, Slot block) {
+    int64_t greatest = 1;
+    for (const Slot slot : database.block(block).contents) {
+        if (database.record(slot).erased || database.typeName(slot) != "VIEWPORT") continue;
+        greatest = std::max(greatest, integerOf(database.tags(slot), 69, 0));
+    }
+    replaceTag(database.changeTags(viewport), Tag(69, greatest + 1));
+}
+
 }  // namespace
 
 Tags copiedGroups(std::string_view type, const Tags& tags, bool paper) {
@@ -174,6 +184,7 @@ Slot copyEntity(Database& database, Slot entity, Slot block) {
     for (const Slot part : copies)
         database.appendEntity(block, part);
     if (database.typeName(copy) == "DIMENSION") copyPicture(database, copy);
+    if (database.typeName(copy) == "VIEWPORT") numberViewport(database, copy, block);
     return copy;
 }
 
