@@ -7,6 +7,7 @@
 #include "edit/input.h"
 #include "edit/keywords.h"
 #include "edit/shapes.h"
+#include "edit/tag_values.h"
 #include "kz_tls21an/text.h"
 
 namespace host {
@@ -90,6 +91,7 @@ class Chosen {
         slot = drawing_.mainEntity(slot);
         const ObjectRecord& record = drawing_.record(slot);
         if (record.object_class != ObjectClass::Entity || record.erased) return;
+        if (isPaperItself(slot)) return;
         if (drawing_.isOnLockedLayer(slot)) {
             ++locked_;
             return;
@@ -115,6 +117,11 @@ class Chosen {
         const Block* space = drawing_.findBlock(currentSpace(drawing_));
         for (size_t i = 0; space != nullptr && i < space->contents.size(); ++i)
             add(space->contents[i]);
+    }
+
+    /// The viewport that stands for the sheet of a layout is no object to choose.
+    bool isPaperItself(Slot slot) {
+        return drawing_.typeName(slot) == "VIEWPORT" && integerOf(drawing_.tags(slot), 69, 0) == 1;
     }
 
     size_t takeLocked() { return std::exchange(locked_, 0); }

@@ -6,9 +6,9 @@
 
 namespace host {
 
-/// Copies an entity with its sub-entities and XDATA to the end of a block. The copy belongs to no
-/// group and has no extension dictionary; a hatch doesn't follow its boundary any more, a leader
-/// not its text; a dimension gets a picture of its own. @return the new entity
+/// Copies an entity with its sub-entities, XDATA and extension dictionary to the end of a block.
+/// The copy belongs to no group; a hatch doesn't follow its boundary any more, a leader not its
+/// text; a dimension gets a picture of its own, a viewport a number. @return the new entity
 Slot copyEntity(Database& database, Slot entity, Slot block);
 
 /// The groups that a copy of an entity of this type has, behind type, handle and owner.

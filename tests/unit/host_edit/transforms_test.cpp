@@ -132,4 +132,37 @@ TEST_F(Transforms, a_copy_follows_neither_boundary_nor_group) {
     EXPECT_EQ(integerOf(drawing().tags(hatch), 71, -1), 1);
 }
 
+TEST_F(Transforms, a_copy_has_an_extension_dictionary_of_its_own) {
+    const Slot line = make("(0 . \"LINE\") (10 1.0 1.0 1.0) (11 2.0 2.0 2.0)");
+    Database& database = drawing();
+    const auto dictionary = [&](uint64_t owner) {
+        return database.makeRecord("DICTIONARY", ObjectClass::Object, owner, dictionaryTags());
+    };
+    const Slot extension = dictionary(database.record(line).handle);
+    database.record(extension).owner = line;
+    Tags& tags = database.changeTags(line);
+    const Tags link = {Tag(102, u"{ACAD_XDICTIONARY"),
+                       Tag::handle(360, database.record(extension).handle), Tag(102, u"}")};
+    tags.insert(tags.begin() + 2, link.begin(), link.end());
+    const Slot inner = dictionary(0);
+    ASSERT_EQ(database.dictionaryAdd(extension, u"INNER", inner), Acad::eOk);
+    Tags data;
+    data.emplace_back(100, u"AcDbXrecord");
+    data.emplace_back(1, u"text");
+    const Slot record = database.makeRecord("XRECORD", ObjectClass::Object, 0, std::move(data));
+    ASSERT_EQ(database.dictionaryAdd(inner, u"NOTE", record), Acad::eOk);
+
+    const Slot copy = copyEntity(database, line, database.modelSpace());
+    const Tags& copied = database.tags(copy);
+    const Slot own = database.findHandle(copied[findTag(copied, 360)].handleValue());
+    ASSERT_NE(own, kNoSlot);
+    EXPECT_NE(own, extension);
+    EXPECT_EQ(database.record(own).owner, copy);
+    const Slot note = database.dictionaryEntry(database.dictionaryEntry(own, u"INNER"), u"NOTE");
+    ASSERT_NE(note, kNoSlot);
+    EXPECT_NE(note, record);
+    const Tags& text = database.tags(note);
+    EXPECT_EQ(text[findTag(text, 1)].text(database.codec()), u"text");
+}
+
 }  // namespace
