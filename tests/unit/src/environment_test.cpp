@@ -392,7 +392,7 @@ TEST_F(Environment, AVariableThatCannotBeReadIsToldAndTraced) {
     traceAt(1, 0x1000);
     for (const auto& [variable, reader] : readers) {
         const std::string told = "acedGetVar(\"" + std::string(variable) + "\")";
-        EXPECT_EQ(without([&] { return textOf(reader); }), "-");
+        EXPECT_EQ(without([read = reader] { return textOf(read); }), "-");
         const std::string text = printed();
         EXPECT_NE(text.find(told), std::string::npos) << text;
         EXPECT_NE(traced().find(text), std::string::npos) << text;
