@@ -87,7 +87,7 @@ TEST_F(Environment, SettingsAreReadAsTheirKind) {
         {"CELTYPE", kz_AcCADEngine_getLineStyle}};
     for (const auto& [variable, function] : texts) {
         EXPECT_EQ('"' + textOf(function) + '"', get(variable));
-        EXPECT_EQ(without([&] { return textOf(function); }), "-") << variable;
+        EXPECT_EQ(without([read = function] { return textOf(read); }), "-") << variable;
         EXPECT_EQ(function(nullptr), 0);
     }
     double value = 0.0;
@@ -343,7 +343,8 @@ TEST_F(Environment, NamesAreRepaired) {
     EXPECT_EQ(valid(KZ_T("  Pump \t 7 ")), "Pump 7");
     EXPECT_EQ(valid(KZ_T("Pump")), "Pump");
     // A new code where nothing helps.
-    for (const std::u16string name : {u"a*b", u"", u"   ", std::u16string(300, u'n').c_str()}) {
+    const std::u16string names[] = {u"a*b", u"", u"   ", std::u16string(300, u'n')};
+    for (const std::u16string& name : names) {
         EXPECT_EQ(kz_CAD_isValidSymbolName(wide(valid(name.c_str())).c_str(), 0), 1);
         EXPECT_EQ(valid(name.c_str()).find(' '), std::string::npos);
         EXPECT_LT(valid(name.c_str()).size(), 12U);
