@@ -1,7 +1,6 @@
 /// Colours as texts.
 #include "guards.h"
 #include "kz/kz_cad_env.h"
-#include "kz_tls21an/text.h"
 #include "trace.h"
 
 namespace {

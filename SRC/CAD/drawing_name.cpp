@@ -7,7 +7,6 @@
 #include "kz/kz_cad_env.h"
 #include "kz/kz_error.h"
 #include "kz/kz_input.h"
-#include "kz_tls21an/text.h"
 #include "trace.h"
 
 namespace {

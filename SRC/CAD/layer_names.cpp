@@ -5,7 +5,6 @@
 #include "guards.h"
 #include "kz/kz_cad_env.h"
 #include "kz/kz_dwgdata.h"
-#include "kz_tls21an/text.h"
 
 namespace {
 

@@ -1,12 +1,15 @@
 /// BLOCK and INSERT.
+#include <algorithm>
 #include <cmath>
-#include <numbers>
+#include <map>
 
 #include "acad/ads.h"
 #include "command/drafting.h"
 #include "command/erased.h"
+#include "dxf/reader.h"
 #include "edit/block_definition.h"
 #include "edit/copy.h"
+#include "edit/import_drawing.h"
 #include "edit/plane_map.h"
 #include "edit/sysvars.h"
 #include "edit/tag_values.h"
@@ -54,8 +57,8 @@ void fillBlock(CommandPrompt& prompt, const Drafting& drafting, Slot block,
         const Slot source = drawing.slotOf(id);
         const Slot copy = copyEntity(drawing, source, block);
         if (!in_world && transformEntity(drawing, copy, from_world) != TransformEnd::Done) {
-            prompt.say(u"A " + kz::toUtf16(drawing.typeName(copy)) +
-                       u" keeps its world coordinates in the block.");
+            prompt.warn(u"a " + kz::toUtf16(drawing.typeName(copy)) +
+                        u" keeps its world coordinates in the block.");
         }
         drawing.setErased(source, true);
     }
@@ -139,16 +142,82 @@ class InsertCommand {
             if (name_ != u"?") break;
             listBlocks(prompt_, drawing_);
         }
-        if (name_.starts_with(u'*') && drawing_.findSymbol("BLOCK_RECORD", name_) == kNoSlot) {
-            prompt_.refuse(u"inserting single entities is not available.");
-        }
-        block_ = drawing_.findSymbol("BLOCK_RECORD", name_);
-        if (block_ == kNoSlot) prompt_.refuse(u"there is no block " + quoted(name_) + u".");
+        if (!findBlock()) return false;
         name_ = drawing_.symbolName(block_);
         if (block_ == drawing_.modelSpace() || block_ == drawing_.paperSpace()) {
             prompt_.refuse(u"a space can't be inserted.");
         }
         return true;
+    }
+
+    /// The block of the answer: one of the drawing, a file, or NAME=FILE.
+    bool findBlock() {
+        const size_t equals = name_.find(u'=');
+        if (equals != std::u16string::npos) {
+            const std::u16string block = name_.substr(0, equals);
+            const std::u16string file = name_.substr(equals + 1);
+            return takeFile(block, file.empty() ? block : file);
+        }
+        block_ = drawing_.findSymbol("BLOCK_RECORD", name_);
+        if (block_ != kNoSlot) return true;
+        if (name_.starts_with(u'*')) prompt_.refuse(u"inserting single entities is not available.");
+        const std::u16string file = name_;
+        const size_t folder = file.find_last_of(u"/\\");
+        std::u16string block = folder == std::u16string::npos ? file : file.substr(folder + 1);
+        block.erase(std::min(block.rfind(u'.'), block.size()));
+        return takeFile(block, file);
+    }
+
+    // --- blocks from files ----------------------------------------------------------------------
+
+    /// Reads a drawing as a block. @return false when the user leaves the present block as it is
+    bool takeFile(const std::u16string& block, const std::u16string& file) {
+        const std::string path = findDrawing(file);
+        if (path.empty()) {
+            prompt_.refuse(u"there is no block and no file " + quoted(file) + u".");
+        }
+        if (acdbSNValid(block.c_str(), 0) != RTNORM) {
+            prompt_.refuse(quoted(block) + u" can't be the name of a block.");
+        }
+        const Slot present = drawing_.findSymbol("BLOCK_RECORD", block);
+        if (present != kNoSlot && !mayRedefine(prompt_, block)) return false;
+        std::string error;
+        const std::unique_ptr<Database> source = dxf::readFile(path, error);
+        if (source == nullptr) prompt_.refuse(kz::toUtf16(error));
+        if (wouldContain(*source, block, present)) {
+            prompt_.refuse(u"block " + quoted(block) + u" would contain itself.");
+        }
+        std::map<std::string, size_t> left_out;
+        block_ = importDrawing(drawing_, *source, block, left_out);
+        if (block_ == kNoSlot) prompt_.refuse(u"the block can't be made.");
+        for (const auto& [type, count] : left_out) {
+            prompt_.warn(kz::toUtf16(std::to_string(count) + " " + type) +
+                         u" can't be taken from another drawing.");
+        }
+        return true;
+    }
+
+    /// The file that a name means, with the extension of a drawing or without.
+    static std::string findDrawing(std::u16string name) {
+        std::replace(name.begin(), name.end(), u'\\', u'/');
+        for (const char16_t* extension : {u"", u".dxf", u".dwg"}) {
+            ACHAR path[513];
+            if (acedFindFile((name + extension).c_str(), path) == RTNORM) return kz::toUtf8(path);
+        }
+        return {};
+    }
+
+    /// True when a block that the drawing brings along, or has here, leads back to the new one.
+    bool wouldContain(Database& source, const std::u16string& block, Slot present) {
+        if (source.findSymbol("BLOCK_RECORD", block) != kNoSlot) return true;
+        if (present == kNoSlot) return false;
+        for (const Slot record : source.blockRecords()) {
+            const std::u16string name = source.symbolName(record);
+            const Slot here = drawing_.findSymbol("BLOCK_RECORD", name);
+            const bool space = name.starts_with(u'*');
+            if (!space && here != kNoSlot && containsBlock(drawing_, here, present)) return true;
+        }
+        return false;
     }
 
     // --- place, scales, rotation ----------------------------------------------------------------

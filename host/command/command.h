@@ -62,6 +62,8 @@ class CommandPrompt {
 
     const std::u16string& name() const { return name_; }
     void say(std::u16string_view message) const;
+    /// Says what the command couldn't do, also when programs run it silently.
+    void warn(std::u16string_view message) const;
     [[noreturn]] void refuse(std::u16string_view message) const;
 
   private:

@@ -70,14 +70,10 @@ class LayerCommand {
             const std::u16string item(list.substr(at, end - at));
             at = end + 1;
             if (item.empty()) continue;
-            const size_t before = layers.size();
-            bool any = false;
-            for (const Slot layer : matching(item)) {
-                any = true;
+            const std::vector<Slot> found = matching(item);
+            if (found.empty()) prompt_.say(u"Cannot find layer " + quoted(item) + u".");
+            for (const Slot layer : found) {
                 if (seen.insert(layer).second) layers.push_back(layer);
-            }
-            if (!any && layers.size() == before) {
-                prompt_.say(u"Cannot find layer " + quoted(item) + u".");
             }
         }
         return layers;
@@ -280,7 +276,9 @@ class LayerCommand {
 
     void weight() {
         const int value = askWeight(prompt_, u"Enter lineweight (0.0mm - 2.11mm)", kWeightDefault);
-        for (const Slot layer : askLayers(u"for lineweight " + weightName(value), true))
+        const std::vector<Slot> layers = askLayers(u"for lineweight " + weightName(value), true);
+        if (!hasWeights(prompt_)) return;
+        for (const Slot layer : layers)
             set(layer, Tag(370, static_cast<int64_t>(value)));
     }
 
@@ -288,7 +286,9 @@ class LayerCommand {
         const Answered answer = prompt_.keyword(
             {u"Enter a plotting preference [Plot/No plot] <Plot>: ", 0, u"Plot No", nullptr});
         const bool plots = answer == Answered::Nothing || prompt_.given(u"Plot");
-        for (const Slot layer : askLayers(u"for this plot preference", true))
+        const std::vector<Slot> layers = askLayers(u"for this plot preference", true);
+        if (!hasWeights(prompt_)) return;
+        for (const Slot layer : layers)
             set(layer, Tag(290, static_cast<int64_t>(plots ? 1 : 0)));
     }
 

@@ -87,7 +87,7 @@ class Chosen {
             line += what.second == TransformEnd::Unknown
                         ? u": the geometry of this type is not known; left as it is."
                         : u": can't be changed in this way; left as it is.";
-            prompt_.say(line);
+            prompt_.warn(line);
         }
         refused_.clear();
     }

@@ -6,6 +6,8 @@
 #include "db/database.h"
 #include "edit/input.h"
 #include "edit/keywords.h"
+#include "edit/shapes.h"
+#include "edit/tag_values.h"
 #include "kz_tls21an/text.h"
 
 namespace host {
@@ -89,6 +91,7 @@ class Chosen {
         slot = drawing_.mainEntity(slot);
         const ObjectRecord& record = drawing_.record(slot);
         if (record.object_class != ObjectClass::Entity || record.erased) return;
+        if (isPaperItself(slot)) return;
         if (drawing_.isOnLockedLayer(slot)) {
             ++locked_;
             return;
@@ -111,9 +114,14 @@ class Chosen {
     }
 
     void addAll() {
-        const Block* space = drawing_.findBlock(drawing_.modelSpace());
+        const Block* space = drawing_.findBlock(currentSpace(drawing_));
         for (size_t i = 0; space != nullptr && i < space->contents.size(); ++i)
             add(space->contents[i]);
+    }
+
+    /// The viewport that stands for the sheet of a layout is no object to choose.
+    bool isPaperItself(Slot slot) {
+        return drawing_.typeName(slot) == "VIEWPORT" && integerOf(drawing_.tags(slot), 69, 0) == 1;
     }
 
     size_t takeLocked() { return std::exchange(locked_, 0); }
@@ -213,8 +221,12 @@ void CommandPrompt::say(std::u16string_view message) const {
     if (!quiet) tell(message);
 }
 
-void CommandPrompt::refuse(std::u16string_view message) const {
+void CommandPrompt::warn(std::u16string_view message) const {
     tell(name_ + u": " + std::u16string(message));
+}
+
+void CommandPrompt::refuse(std::u16string_view message) const {
+    warn(message);
     throw Cancelled{};
 }
 

@@ -121,6 +121,7 @@ class PropertyCommand {
     void weight() {
         const int present = static_cast<int>(integerOf(first(), 370, kWeightByLayer));
         const int value = askWeight(prompt_, u"Enter new lineweight", present);
+        if (!hasWeights(prompt_)) return;
         set(Tag(370, static_cast<int64_t>(value)), value == kWeightByLayer);
     }
 

@@ -55,6 +55,12 @@ std::u16string colourName(int index) {
     return kz::toUtf16(std::to_string(index));
 }
 
+bool hasWeights(const CommandPrompt& prompt) {
+    const bool known = commandDrawing(prompt).version() >= "AC1015";
+    if (!known) prompt.warn(u"drawings of this version have no lineweights and plot flags.");
+    return known;
+}
+
 std::optional<int> weightOf(std::u16string_view text) {
     text = plain(text);
     if (same(text, u"ByLayer")) return kWeightByLayer;

@@ -22,6 +22,8 @@ std::optional<int> colourOf(std::u16string_view text);
 /// "red", "ByLayer", "42".
 std::u16string colourName(int index);
 
+/// True for a drawing whose version knows line weights; the user of another is told.
+bool hasWeights(const CommandPrompt& prompt);
 /// The nearest line weight that there is [1/100 mm] to one typed in millimetres, or one of the
 /// three that follow others.
 std::optional<int> weightOf(std::u16string_view text);

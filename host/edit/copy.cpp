@@ -55,12 +55,76 @@ void untie(std::string_view type, Tags& tags) {
     }
 }
 
+// --- extension dictionaries ---------------------------------------------------------------------
+
+constexpr std::u16string_view kExtension = u"{ACAD_XDICTIONARY";
+
+/// The dictionary that an entity owns; kNoSlot for none.
+Slot extensionOf(Database& database, Slot entity) {
+    const Tags& tags = database.tags(entity);
+    for (size_t i = 1; i + 1 < tags.size() && tags[i].code() != 100; ++i) {
+        if (tags[i].code() == 102 && tags[i].text(database.codec()) == kExtension) {
+            return database.findHandle(tags[i + 1].handleValue());
+        }
+    }
+    return kNoSlot;
+}
+
+Slot copyObject(Database& database, Slot source);
+
+Slot copyDictionary(Database& database, Slot source, Slot owner) {
+    Tags tags = dictionaryTags();
+    const size_t hard = findTag(database.tags(source), 280);
+    if (hard < database.tags(source).size()) {
+        tags.emplace(tags.begin() + 1, 280, database.tags(source)[hard].integer());
+    }
+    const uint64_t handle = owner == kNoSlot ? 0 : database.record(owner).handle;
+    const Slot copy =
+        database.makeRecord("DICTIONARY", ObjectClass::Object, handle, std::move(tags));
+    database.record(copy).owner = owner;
+    for (size_t i = database.dictionaryNext(source, 0); i != DictionaryData::kNone;
+         i = database.dictionaryNext(source, i + 1)) {
+        const std::u16string key = database.dictionary(source)->entry(i).key;
+        const Slot object = copyObject(database, database.dictionaryObject(source, i));
+        database.dictionaryAdd(copy, key, object);
+    }
+    return copy;
+}
+
+/// A copy that nothing owns yet.
+Slot copyObject(Database& database, Slot source) {
+    if (database.isDictionary(source)) return copyDictionary(database, source, kNoSlot);
+    const Tags& tags = database.tags(source);
+    const size_t marker = findTag(tags, 100);
+    Tags copied(tags.begin() + static_cast<std::ptrdiff_t>(marker), tags.end());
+    const std::string type = database.typeName(source);
+    const Slot copy = database.makeRecord(type, ObjectClass::Object, 0, std::move(copied));
+    if (!database.xdata(source).empty()) {
+        XData xdata = database.xdata(source);
+        database.changeXData(copy) = std::move(xdata);
+    }
+    return copy;
+}
+
+void copyExtension(Database& database, Slot source, Slot copy) {
+    const Slot extension = extensionOf(database, source);
+    if (extension == kNoSlot || !database.isDictionary(extension)) return;
+    const Slot made = copyDictionary(database, extension, copy);
+    Tags& tags = database.changeTags(copy);
+    // Behind type and handle, as others write it.
+    Tags link;
+    link.emplace_back(102, std::u16string(kExtension));
+    link.push_back(Tag::handle(360, database.record(made).handle));
+    link.emplace_back(102, u"}");
+    tags.insert(tags.begin() + 2, link.begin(), link.end());
+}
+
+// --- entities -----------------------------------------------------------------------------------
+
 /// The copy of one object, with the XDATA, owned by a block or a main entity.
 Slot copyRecord(Database& database, Slot source, Slot owner, bool paper) {
     const std::string type = database.typeName(source);
-    Tags tags = ownGroups(database.tags(source));
-    setPaperFlag(tags, paper);
-    untie(type, tags);
+    Tags tags = copiedGroups(type, database.tags(source), paper);
     const ObjectClass object_class = database.record(source).object_class;
     const Slot copy =
         database.makeRecord(type, object_class, database.record(owner).handle, std::move(tags));
@@ -69,6 +133,7 @@ Slot copyRecord(Database& database, Slot source, Slot owner, bool paper) {
         XData xdata = database.xdata(source);
         database.changeXData(copy) = std::move(xdata);
     }
+    copyExtension(database, source, copy);
     return copy;
 }
 
@@ -89,7 +154,24 @@ void copyPicture(Database& database, Slot dimension) {
     replaceTag(database.changeTags(dimension), Tag(2, name));
 }
 
+/// Viewports of a layout go by different numbers.
+void numberViewport(Database& database, Slot viewport, Slot block) {
+    int64_t greatest = 1;
+    for (const Slot slot : database.block(block).contents) {
+        if (database.record(slot).erased || database.typeName(slot) != "VIEWPORT") continue;
+        greatest = std::max(greatest, integerOf(database.tags(slot), 69, 0));
+    }
+    replaceTag(database.changeTags(viewport), Tag(69, greatest + 1));
+}
+
 }  // namespace
+
+Tags copiedGroups(std::string_view type, const Tags& tags, bool paper) {
+    Tags copied = ownGroups(tags);
+    setPaperFlag(copied, paper);
+    untie(type, copied);
+    return copied;
+}
 
 Slot copyEntity(Database& database, Slot entity, Slot block) {
     const std::vector<Slot> parts = partsOf(database, entity);
@@ -102,6 +184,7 @@ Slot copyEntity(Database& database, Slot entity, Slot block) {
     for (const Slot part : copies)
         database.appendEntity(block, part);
     if (database.typeName(copy) == "DIMENSION") copyPicture(database, copy);
+    if (database.typeName(copy) == "VIEWPORT") numberViewport(database, copy, block);
     return copy;
 }
 

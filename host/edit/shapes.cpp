@@ -43,30 +43,38 @@ bool ShapeWalker::isOpen(Slot block) const {
     return std::find(open_.begin(), open_.end(), block) != open_.end();
 }
 
-Slot ShapeWalker::layerOf(Slot entity) {
-    const Tags& tags = database_.tags(entity);
-    const size_t at = findTag(tags, 8);
-    const std::u16string name = at < tags.size() ? tags[at].text(database_.codec()) : u"0";
-    // What stands on layer 0 of a block is where the insertion is.
-    if (name == u"0" && !layers_.empty() && layers_.back() != kNoSlot) return layers_.back();
-    return database_.findSymbol("LAYER", name);
+ShapeWalker::Layer ShapeWalker::layerNamed(std::u16string name) {
+    Layer layer{std::move(name), false, false, false};
+    const Slot record = database_.findSymbol("LAYER", layer.name);
+    if (record == kNoSlot) return layer;
+    constexpr int64_t kFrozen = 1;
+    const Tags& tags = database_.tags(record);
+    layer.known = true;
+    layer.frozen = (integerOf(tags, 70, 0) & kFrozen) != 0;
+    layer.off = integerOf(tags, 62, 7) < 0;
+    return layer;
 }
 
-bool ShapeWalker::isVisible(Slot entity, Slot layer) {
+const ShapeWalker::Layer& ShapeWalker::layerOf(Slot entity) {
+    const Tags& tags = database_.tags(entity);
+    const size_t at = findTag(tags, 8);
+    std::u16string name = at < tags.size() ? tags[at].text(database_.codec()) : u"0";
+    // What stands on layer 0 of a block is where the insertion is.
+    if (name == u"0" && !layers_.empty() && layers_.back().known) return layers_.back();
+    if (name != last_layer_.name) last_layer_ = layerNamed(std::move(name));
+    return last_layer_;
+}
+
+bool ShapeWalker::isVisible(Slot entity, const Layer& layer) {
     if (measuring_) return true;
-    if (integerOf(database_.tags(entity), 60, 0) != 0) return false;
-    if (layer == kNoSlot) return true;
-    const Tags& tags = database_.tags(layer);
-    constexpr int64_t kFrozen = 1;
-    if ((integerOf(tags, 70, 0) & kFrozen) != 0) return false;
+    if (integerOf(database_.tags(entity), 60, 0) != 0 || layer.frozen) return false;
     // An insertion on a layer that is off shows what its block has on other layers.
-    const bool off = integerOf(tags, 62, 7) < 0 && database_.typeName(entity) != "INSERT";
-    return !off || with_layers_off_;
+    return !layer.off || with_layers_off_ || database_.typeName(entity) == "INSERT";
 }
 
 void ShapeWalker::visit(Slot entity, const AcGeMatrix3d& to, ShapeVisitor& visitor) {
     if (database_.record(entity).erased) return;
-    const Slot layer = layerOf(entity);
+    const Layer layer = layerOf(entity);
     if (!isVisible(entity, layer)) return;
     visitor.begin(entity);
     EntityShape shape(database_, entity, to, visitor);
@@ -121,7 +129,7 @@ const AcDbExtents& ShapeWalker::boxOf(Slot block) {
     const bool outer = std::exchange(measuring_, true);
     BoxVisitor visitor;
     visitor.exact = false;
-    layers_.push_back(kNoSlot);
+    layers_.emplace_back();
     visitBlock(block, {}, visitor);
     layers_.pop_back();
     measuring_ = outer;

@@ -58,9 +58,17 @@ class ShapeWalker {
     void visitBlock(Slot block, const AcGeMatrix3d& to, ShapeVisitor& visitor);
 
   private:
-    bool isVisible(Slot entity, Slot layer);
+    /// What a layer's state does to its entities.
+    struct Layer {
+        std::u16string name;
+        bool known = false;
+        bool frozen = false;
+        bool off = false;
+    };
+    Layer layerNamed(std::u16string name);
     /// The layer whose state counts for an entity.
-    Slot layerOf(Slot entity);
+    const Layer& layerOf(Slot entity);
+    bool isVisible(Slot entity, const Layer& layer);
     void visitAttributes(Slot main, const AcGeMatrix3d& to, ShapeVisitor& visitor);
     void visitInserted(std::u16string_view name, const AcGeMatrix3d& to, ShapeVisitor& visitor);
     /// Box around a block's contents, in its own coordinates; hidden ones count.
@@ -70,8 +78,9 @@ class ShapeWalker {
     Database& database_;
     bool with_layers_off_;
     bool measuring_ = false;
-    std::vector<Slot> open_;    ///< blocks that are being visited, outermost first
-    std::vector<Slot> layers_;  ///< of the insertions that they are visited for
+    std::vector<Slot> open_;     ///< blocks that are being visited, outermost first
+    std::vector<Layer> layers_;  ///< of the insertions that they are visited for
+    Layer last_layer_;           ///< most entities are on the layer of the one before
     std::unordered_map<Slot, AcDbExtents> boxes_;
 };
 

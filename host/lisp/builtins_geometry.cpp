@@ -74,19 +74,42 @@ resbuf systemArg(Interpreter& in, const Value& value) {
     return node;
 }
 
-/// The elevation lifts flat points of the user's system.
+constexpr int16_t kUser = 1, kDisplay = 2;
+
+resbuf systemNode(int16_t code) {
+    resbuf node{};
+    node.restype = RTSHORT;
+    node.resval.rint = code;
+    return node;
+}
+bool isSystem(const resbuf& system, int16_t code) {
+    return system.restype == RTSHORT && system.resval.rint == code;
+}
+
 double elevation() {
     resbuf value{};
     return acedGetVar(u"ELEVATION", &value) == RTNORM ? value.resval.rreal : 0.0;
+}
+
+/// Lifts a flat point of the display to the plane that is drawn in, along the line of sight.
+void liftFromDisplay(ads_point point) {
+    const resbuf display = systemNode(kDisplay), user = systemNode(kUser);
+    const ads_point sight = {0.0, 0.0, 1.0};
+    ads_point at, way;
+    if (acedTrans(point, &display, &user, 0, at) != RTNORM) return;
+    if (acedTrans(sight, &display, &user, 1, way) != RTNORM || std::fabs(way[2]) < 1e-10) return;
+    point[2] = (elevation() - at[2]) / way[2];
 }
 
 Value trans(Interpreter& in, Args args) {
     const Point given = pointArg(in, args[0]);
     const resbuf from = systemArg(in, args[1]), to = systemArg(in, args[2]);
     const bool displacement = bool(optionalArg(args, 3));
-    const bool of_user = from.restype == RTSHORT && from.resval.rint == 1;
-    const bool lifted = given.flat && of_user && !displacement;
-    const ads_point point = {given.x, given.y, lifted ? elevation() : given.z};
+    ads_point point = {given.x, given.y, given.z};
+    if (given.flat && !displacement) {
+        if (isSystem(from, kUser)) point[2] = elevation();
+        if (isSystem(from, kDisplay)) liftFromDisplay(point);
+    }
     ads_point out;
     if (acedTrans(point, &from, &to, displacement ? 1 : 0, out) != RTNORM) return Value();
     return pointValue(out);

@@ -4,7 +4,6 @@
 #include "checks.h"
 #include "guards.h"
 #include "kz/kz_cad_env.h"
-#include "kz_tls21an/text.h"
 #include "trace.h"
 
 namespace {

@@ -207,6 +207,9 @@ TEST_F(Views, display_of_a_turned_view) {
     EXPECT_EQ(setView(drawing(), turned), kDone);
     EXPECT_EQ(eval("(trans '(7 8 9) 0 2)"), "(3.0 4.0 2.0)");
     EXPECT_EQ(eval("(trans '(3 4 2) 2 0)"), "(7.0 8.0 9.0)");
+    // A flat point lies where the line of sight meets the plane that is drawn in; here it never
+    // does.
+    EXPECT_EQ(eval("(trans '(3 4) 2 0)"), "(5.0 8.0 9.0)");
     EXPECT_TRUE(near(point("VIEWDIR"), AcGePoint3d(1, 0, 0)));
     EXPECT_TRUE(near(point("TARGET"), AcGePoint3d(5, 5, 5)));
     EXPECT_EQ(setUcsByView(drawing()), kDone);
@@ -219,6 +222,15 @@ TEST_F(Views, display_of_a_turned_view) {
     EXPECT_NEAR(realVariable("VIEWTWIST", 0), kPi / 2, 1e-12);
     const Tags& record = drawing().tags(viewRecord(drawing()));
     EXPECT_EQ(record[findTag(record, 51)].real(), 90.0);  // degrees in the file
+}
+
+TEST_F(Views, flat_points_of_the_display_lie_in_the_plane_that_is_drawn_in) {
+    View slanted;
+    slanted.direction = {0, -1, 1};
+    EXPECT_EQ(setView(drawing(), slanted), kDone);
+    eval("(setvar \"ELEVATION\" 3.0)");
+    EXPECT_EQ(eval("(rtos (caddr (trans '(5 6) 2 0)) 2 6)"), "\"3\"");
+    EXPECT_EQ(eval("(rtos (cadr (trans (trans '(5 6) 2 0) 0 2)) 2 6)"), "\"6\"");
 }
 
 TEST_F(Views, plans_follow_a_system) {
