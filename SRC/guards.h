@@ -51,6 +51,7 @@ class Opened {
 
     explicit operator bool() const { return object_ != nullptr; }
     T* operator->() const { return object_; }
+    T* get() const { return object_; }
 
     /// Ends the opening. @return true when something was open and closed well
     bool close() {

@@ -72,6 +72,7 @@ class TwinCall {
     void answerStatus(int status);
     /// The status that the exit is traced with.
     void setStatus(int status) { status_ = status; }
+    int status() const { return status_; }
 
   protected:
     const kz_Char* name() const { return name_; }

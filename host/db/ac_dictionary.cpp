@@ -1,22 +1,13 @@
 /// AcDbDictionary and its iterator: views of the drawing's entries.
-#include <cstring>
-
 #include "acad/dict.h"
 #include "base/faults.h"
 #include "db/database.h"
+#include "db/heap_text.h"
 #include "kz_tls21an/memory.h"
 
 namespace {
 
 constexpr std::u16string_view kAnonymous = u"*A";
-
-/// A heap copy that a caller frees.
-ACHAR* copyOf(const std::u16string& text) {
-    const size_t size = (text.size() + 1) * sizeof(ACHAR);
-    auto* copy = static_cast<ACHAR*>(kz_Malloc(size));
-    if (copy != nullptr) std::memcpy(copy, text.c_str(), size);
-    return copy;
-}
 
 }  // namespace
 
@@ -129,7 +120,7 @@ Acad::ErrorStatus AcDbDictionary::nameAt(AcDbObjectId id, ACHAR*& name) const {
     if (status != Acad::eOk) return status;
     const size_t index = findEntry(id);
     if (index == host::DictionaryData::kNone) return Acad::eKeyNotFound;
-    name = copyOf(database_->dictionary(slot_)->entry(index).key);
+    name = host::heapText(database_->dictionary(slot_)->entry(index).key);
     return name == nullptr ? Acad::eOutOfMemory : Acad::eOk;
 }
 

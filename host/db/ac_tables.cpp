@@ -2,6 +2,7 @@
 /// state in two groups: 70 has bits for frozen and locked, 62 the colour, negative when it is off.
 #include <cstdlib>
 
+#include "acad/blocks.h"
 #include "acad/tables.h"
 #include "base/faults.h"
 #include "db/database.h"
@@ -23,12 +24,14 @@ struct SymbolContent {
 AcDbObject* Database::newTableInstance(Slot slot) const {
     if (records_[slot].object_class == ObjectClass::TableRecord) {
         const std::string& type = typeName(slot);
+        if (type == "BLOCK_RECORD") return new AcDbBlockTableRecord;
         if (type == "LAYER") return new AcDbLayerTableRecord;
         if (type == "LTYPE") return new AcDbLinetypeTableRecord;
         return new AcDbSymbolTableRecord;
     }
     for (const auto& table : tables_) {
         if (table->head != slot) continue;
+        if (table->name == "BLOCK_RECORD") return new AcDbBlockTable;
         if (table->name == "LAYER") return new AcDbLayerTable;
         if (table->name == "LTYPE") return new AcDbLinetypeTable;
     }
@@ -50,18 +53,9 @@ constexpr int64_t kLastColor = 255;
 
 /// The object of a table. @return kNoSlot when the drawing has none and none is to be made
 Slot tableHead(Database& drawing, const char* name, bool make) {
-    SymbolTable* table = drawing.table(name);
+    const SymbolTable* table = drawing.table(name);
     if (table != nullptr && table->head != kNoSlot) return table->head;
-    if (!make) return kNoSlot;
-    // The table itself is no change that anybody wants to undo.
-    const UndoPause pause(drawing.undo());
-    SymbolTable& made = drawing.addTable(name);
-    Tags groups;
-    groups.emplace_back(100, u"AcDbSymbolTable");
-    groups.emplace_back(2, kz::toUtf16(name));
-    groups.emplace_back(kFlagsCode, int64_t{0});
-    made.head = drawing.makeRecord("TABLE", ObjectClass::TableHead, 0, std::move(groups));
-    return made.head;
+    return make ? drawing.needTableHead(name) : kNoSlot;
 }
 
 template <class Table>
@@ -90,6 +84,10 @@ bool isRecordOf(const Database& drawing, Slot slot, const char* table) {
 using host::Database;
 using host::kNoSlot;
 using host::Slot;
+
+Acad::ErrorStatus AcDbDatabase::getSymbolTable(AcDbBlockTable*& table, AcDb::OpenMode mode) const {
+    return host::openTable(drawing_, "BLOCK_RECORD", mode, table);
+}
 
 Acad::ErrorStatus AcDbDatabase::getSymbolTable(AcDbLayerTable*& table, AcDb::OpenMode mode) const {
     return host::openTable(drawing_, "LAYER", mode, table);
@@ -128,6 +126,8 @@ Acad::ErrorStatus AcDbSymbolTableRecord::change(host::Tag group) {
 
 Acad::ErrorStatus AcDbSymbolTableRecord::getName(ACHAR*& name) const {
     name = nullptr;
+    int fault = 0;
+    if (host::mustFail(host::Call::getName, fault)) return static_cast<Acad::ErrorStatus>(fault);
     if (!isReadEnabled()) return Acad::eNotOpenForRead;
     const std::u16string text =
         database_ == nullptr ? content_->name : database_->symbolName(slot_);
@@ -155,6 +155,8 @@ bool AcDbSymbolTableRecord::isDependent() const {
 const char* AcDbSymbolTableRecord::tableName() const {
     return "";
 }
+
+void AcDbSymbolTableRecord::entered() {}
 
 Acad::ErrorStatus AcDbSymbolTableRecord::describe(host::NewObject& out) {
     out.type = tableName();
@@ -373,6 +375,7 @@ Acad::ErrorStatus AcDbSymbolTable::add(AcDbObjectId& id, AcDbSymbolTableRecord* 
     const Acad::ErrorStatus status = database_->takeOverSymbol(*record, name, made);
     if (status != Acad::eOk) return status;
     record->content_.reset();
+    record->entered();
     database_->recountLockedLayers();
     id = database_->idOf(made);
     return Acad::eOk;

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "acad/blocks.h"
 #include "acad/dict.h"
 #include "base/resbuf.h"
 #include "db/links.h"
@@ -350,17 +351,42 @@ void Database::setOwner(Slot slot, Slot owner) {
 
 // --- open and close -----------------------------------------------------------------------------
 
-AcDbObject* Database::newInstance(Slot slot) const {
+AcDbObject* Database::newInstance(Slot slot) {
+    using Make = AcDbObject* (*)();
+    struct Row {
+        std::string_view type;
+        Make make;
+    };
+    static constexpr Row kRows[] = {
+        {"CIRCLE", []() -> AcDbObject* { return new AcDbCircle; }},
+        {"ELLIPSE", []() -> AcDbObject* { return new AcDbEllipse; }},
+        {"INSERT", []() -> AcDbObject* { return new AcDbBlockReference; }},
+        {"POINT", []() -> AcDbObject* { return new AcDbPoint; }},
+        {"XRECORD", []() -> AcDbObject* { return new AcDbXrecord; }}};
     const ObjectClass object_class = records_[slot].object_class;
-    if (object_class == ObjectClass::Entity || object_class == ObjectClass::SubEntity) {
-        return new AcDbEntity;
-    }
     if (object_class == ObjectClass::TableHead || object_class == ObjectClass::TableRecord) {
         return newTableInstance(slot);
     }
     if (isDictionary(slot)) return new AcDbDictionary;
-    if (typeName(slot) == "XRECORD") return new AcDbXrecord;
-    return new AcDbObject;
+    const std::string& type = typeName(slot);
+    if (type == "POLYLINE") return newPolyline(slot);
+    for (const Row& row : kRows) {
+        if (row.type == type) return row.make();
+    }
+    const bool graphical =
+        object_class == ObjectClass::Entity || object_class == ObjectClass::SubEntity;
+    return graphical ? new AcDbEntity : new AcDbObject;
+}
+
+/// A polyline's flags tell its class; meshes have none of their own.
+AcDbObject* Database::newPolyline(Slot slot) {
+    constexpr int64_t kInSpace = 8;
+    constexpr int64_t kMesh = 16 | 64;
+    const Tags& groups = tags(slot);
+    const size_t at = findTag(groups, 70);
+    const int64_t flags = at < groups.size() ? groups[at].integer() : 0;
+    if ((flags & kInSpace) != 0) return new AcDb3dPolyline;
+    return (flags & kMesh) != 0 ? new AcDbEntity : new AcDb2dPolyline;
 }
 
 bool Database::makeObject(Slot slot) {

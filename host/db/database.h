@@ -179,6 +179,9 @@ class Database {
     Acad::ErrorStatus takeOver(AcDbObject& object, Slot& made);
     /// Makes it a record of a table. @return also eDuplicateKey for a name in use
     Acad::ErrorStatus takeOverSymbol(AcDbObject& object, std::u16string_view name, Slot& made);
+    /// Makes an object of a caller the instance, open for write, of one that the drawing has and
+    /// that nobody has opened yet.
+    void adopt(AcDbObject& object, Slot slot);
     /// The object's tags, decoded on the first call.
     const Tags& tags(Slot slot);
     const XData& xdata(Slot slot);
@@ -243,6 +246,8 @@ class Database {
     Slot findSymbol(std::string_view table, std::u16string_view name);
     /// Name (group 2) of a table record or block.
     std::u16string symbolName(Slot record);
+    /// The object that stands for a table, made where the file has none.
+    Slot needTableHead(std::string_view name);
     /// Enters a record into its table.
     void enterSymbol(SymbolTable& table, Slot record, std::u16string_view name);
     /// Follows a change of a record's name in the table. False when the new one is taken or no
@@ -324,10 +329,9 @@ class Database {
     /// The variable's place, also when it has no value.
     size_t headerPlace(std::string_view name);
     /// A new instance of the class that shows the object; NULL without memory.
-    AcDbObject* newInstance(Slot slot) const;
+    AcDbObject* newInstance(Slot slot);
     AcDbObject* newTableInstance(Slot slot) const;
-    /// Makes an instance that a caller made the drawing's own, open for write.
-    void adopt(AcDbObject& object, Slot slot);
+    AcDbObject* newPolyline(Slot slot);
     bool makeObject(Slot slot);
     void decodeTags(ObjectRecord& record, ObjectData& data) const;
     bool isLiving(Slot slot) const;

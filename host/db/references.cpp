@@ -1,11 +1,12 @@
 /// Attached drawings: blocks that stand for another file, the drawings read for them, where they
 /// are placed; and the walk over a drawing's entities.
-#include <cmath>
 #include <numbers>
 
 #include "db/attach.h"
+#include "db/entity_content.h"
 #include "db/links.h"
 #include "dxf/reader.h"
+#include "edit/tag_values.h"
 #include "kz_tls21an/text.h"
 
 namespace host {
@@ -17,63 +18,17 @@ std::u16string textOf(Database& drawing, Slot slot, int code, std::u16string_vie
     return at < tags.size() ? tags[at].text(drawing.codec()) : std::u16string(otherwise);
 }
 
-double realOf(const Tags& tags, int code, double otherwise) {
-    const size_t at = findTag(tags, code);
-    return at < tags.size() ? tags[at].real() : otherwise;
-}
-
-int64_t integerOf(const Tags& tags, int code, int64_t otherwise) {
-    const size_t at = findTag(tags, code);
-    return at < tags.size() ? tags[at].integer() : otherwise;
-}
-
-/// The axes of an extrusion direction by the arbitrary axis rule of the DXF reference.
-void extrusionAxes(const Tags& tags, double axes[3][3]) {
-    double z[3] = {realOf(tags, 210, 0.0), realOf(tags, 220, 0.0), realOf(tags, 230, 1.0)};
-    const double length = std::hypot(z[0], z[1], z[2]);
-    if (length < 1e-12) return;
-    for (double& value : z)
-        value /= length;
-    constexpr double kNearZ = 1.0 / 64.0;
-    double x[3] = {-z[1], z[0], 0.0};
-    if (std::fabs(z[0]) < kNearZ && std::fabs(z[1]) < kNearZ) {
-        x[0] = z[2];
-        x[1] = 0.0;
-        x[2] = -z[0];
-    }
-    const double width = std::hypot(x[0], x[1], x[2]);
-    for (int i = 0; i < 3; ++i) {
-        axes[0][i] = x[i] / width;
-        axes[2][i] = z[i];
-    }
-    for (int i = 0; i < 3; ++i) {
-        const int next = (i + 1) % 3, last = (i + 2) % 3;
-        axes[1][i] = axes[2][next] * axes[0][last] - axes[2][last] * axes[0][next];
-    }
-}
-
-/// The placement that an INSERT of a block with this BLOCK gives.
-Placement placementOf(const Tags& insert, const Tags& begin) {
-    Placement own;
-    extrusionAxes(insert, own.axes);
-    const double degrees = realOf(insert, 50, 0.0);
+/// The placement that an INSERT of a block with this base point gives.
+Placement placementOf(const Tags& insert, const AcGePoint3d& base) {
+    AcGePoint3d origin;
+    AcGeVector3d axes[3];
+    insertTransform(insert, base).getCoordSystem(origin, axes[0], axes[1], axes[2]);
     Placement out;
-    out.angle = degrees * std::numbers::pi / 180.0;
-    const double cosine = std::cos(out.angle), sine = std::sin(out.angle);
-    const double scale[3] = {realOf(insert, 41, 1.0), realOf(insert, 42, 1.0),
-                             realOf(insert, 43, 1.0)};
-    for (int i = 0; i < 3; ++i) {
-        out.axes[0][i] = scale[0] * (own.axes[0][i] * cosine + own.axes[1][i] * sine);
-        out.axes[1][i] = scale[1] * (own.axes[1][i] * cosine - own.axes[0][i] * sine);
-        out.axes[2][i] = scale[2] * own.axes[2][i];
-        for (int axis = 0; axis < 3; ++axis) {
-            const int code = 10 * (axis + 1);
-            out.origin[i] += own.axes[axis][i] * realOf(insert, code, 0.0);
-        }
-    }
-    for (int i = 0; i < 3; ++i) {
-        for (int axis = 0; axis < 3; ++axis)
-            out.origin[i] -= out.axes[axis][i] * realOf(begin, 10 * (axis + 1), 0.0);
+    out.angle = realOf(insert, 50, 0.0) * std::numbers::pi / 180.0;
+    for (unsigned int i = 0; i < 3; ++i) {
+        out.origin[i] = origin[i];
+        for (unsigned int axis = 0; axis < 3; ++axis)
+            out.axes[axis][i] = axes[axis][i];
     }
     return out;
 }
@@ -144,7 +99,7 @@ bool firstPlacement(AcDbObjectId id, Placement& out) {
     for (const Slot slot : space->contents) {
         if (drawing->record(slot).erased || drawing->typeName(slot) != "INSERT") continue;
         if (kz::compareNoCase(textOf(*drawing, slot, 2, u""), name) != 0) continue;
-        out = placementOf(drawing->tags(slot), drawing->tags(block->begin));
+        out = placementOf(drawing->tags(slot), pointOf(drawing->tags(block->begin), 10));
         return true;
     }
     return false;

@@ -44,6 +44,19 @@ SymbolTable& Database::addTable(std::string_view name) {
     return *tables_.back();
 }
 
+Slot Database::needTableHead(std::string_view name) {
+    SymbolTable& symbols = addTable(name);
+    if (symbols.head != kNoSlot) return symbols.head;
+    // The table itself is no change that anybody wants to undo.
+    const UndoPause pause(undo_);
+    Tags groups;
+    groups.emplace_back(100, u"AcDbSymbolTable");
+    groups.emplace_back(2, kz::toUtf16(symbols.name));
+    groups.emplace_back(70, int64_t{0});
+    symbols.head = makeRecord("TABLE", ObjectClass::TableHead, 0, std::move(groups));
+    return symbols.head;
+}
+
 std::u16string Database::symbolName(Slot record) {
     const Tags& groups = tags(record);
     const size_t at = findTag(groups, 2);

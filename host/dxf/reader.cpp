@@ -434,6 +434,7 @@ class Reader {
         }
         for (const Slot slot : without_handle_)
             giveHandle(slot);
+        database_.needTableHead("BLOCK_RECORD");
         database_.recountLockedLayers();
         database_.forgetChanges();
     }

@@ -35,15 +35,6 @@ Tags endTags() {
     return tags;
 }
 
-Tags recordTags(const Database& database) {
-    Tags tags;
-    if (database.version() < "AC1021") return tags;
-    tags.emplace_back(70, int64_t{0});
-    tags.emplace_back(280, int64_t{1});
-    tags.emplace_back(281, int64_t{0});
-    return tags;
-}
-
 Slot makeEnd(Database& database, std::string_view type, ObjectClass object_class, Slot record,
              Tags tags) {
     const Slot slot =
@@ -60,6 +51,25 @@ void empty(Database& database, Slot record) {
 
 }  // namespace
 
+Tags blockRecordTags(const Database& database) {
+    Tags tags;
+    if (database.version() < "AC1021") return tags;
+    tags.emplace_back(70, int64_t{0});
+    tags.emplace_back(280, int64_t{1});
+    tags.emplace_back(281, int64_t{0});
+    return tags;
+}
+
+void addBlockEnds(Database& database, Slot record, const AcGePoint3d& base) {
+    const std::u16string name = database.symbolName(record);
+    const Slot begin =
+        makeEnd(database, "BLOCK", ObjectClass::BlockBegin, record, beginTags(name, base));
+    const Slot end = makeEnd(database, "ENDBLK", ObjectClass::BlockEnd, record, endTags());
+    Block& block = database.block(record);
+    block.begin = begin;
+    block.end = end;
+}
+
 Slot defineBlock(Database& database, std::u16string_view name, const AcGePoint3d& base) {
     const bool anonymous = name.starts_with(u'*');
     if (!anonymous && acdbSNValid(std::u16string(name).c_str(), 0) != RTNORM) return kNoSlot;
@@ -72,14 +82,8 @@ Slot defineBlock(Database& database, std::u16string_view name, const AcGePoint3d
         database.touch(begin);
         return record;
     }
-    record = database.makeSymbol("BLOCK_RECORD", name, recordTags(database));
-    if (record == kNoSlot) return kNoSlot;
-    const Slot begin =
-        makeEnd(database, "BLOCK", ObjectClass::BlockBegin, record, beginTags(name, base));
-    const Slot end = makeEnd(database, "ENDBLK", ObjectClass::BlockEnd, record, endTags());
-    Block& block = database.block(record);
-    block.begin = begin;
-    block.end = end;
+    record = database.makeSymbol("BLOCK_RECORD", name, blockRecordTags(database));
+    if (record != kNoSlot) addBlockEnds(database, record, base);
     return record;
 }
 

@@ -13,6 +13,9 @@ namespace host {
 /// An empty block. One of this name loses its contents and gets the new base point. @return its
 /// record; kNoSlot for a name that can't be one
 Slot defineBlock(Database& database, std::u16string_view name, const AcGePoint3d& base);
+/// Groups of a new block's record, and its BLOCK and ENDBLK.
+Tags blockRecordTags(const Database& database);
+void addBlockEnds(Database& database, Slot record, const AcGePoint3d& base);
 /// Notes in the block whether it asks for attributes, once its contents are there.
 void noteAttributes(Database& database, Slot block);
 /// Base point of a block.

@@ -135,3 +135,7 @@ int acedRedraw(const ads_name entity, int mode) {
     host::setErrno(host::HostErrno::BadEntityName);
     return RTERROR;
 }
+
+bool acgsRemoveAnonymousGraphics(int) {
+    return !host::mustFail(host::Call::acgsRemoveAnonymousGraphics);
+}

@@ -5,9 +5,11 @@
 #define KZ_PLATFORM_H
 
 #include "acad/ads.h"
+#include "acad/blocks.h"
 #include "acad/db.h"
 #include "acad/dict.h"
 #include "acad/ed.h"
+#include "acad/entities.h"
 #include "acad/ge.h"
 #include "acad/rx.h"
 #include "acad/tables.h"

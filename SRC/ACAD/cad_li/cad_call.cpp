@@ -41,6 +41,30 @@ kz_CADDwgId* CadCall::readDrawing(bool nil_allowed) {
     return drawing;
 }
 
+kz_CADObjId* CadCall::object() {
+    read([this](resbuf** cursor) {
+        return kz_Rb_getNextADSName(object_.ename, cursor, nullptr, 0);
+    });
+    return &object_;
+}
+
+kz_CADSelSetId* CadCall::selectionSet() {
+    read([this](resbuf** cursor) { return kz_Rb_getNextSelSet(set_.name, cursor, nullptr, 0); });
+    return &set_;
+}
+
+double CadCall::realOrZero() {
+    double value = 0.0;
+    int is_nil = 0;
+    read([&](resbuf** cursor) { return kz_Rb_getNextReal(&value, cursor, &is_nil, 1); });
+    return is_nil != 0 ? 0.0 : value;
+}
+
+int CadCall::given() {
+    const resbuf* node = rest();
+    return node != nullptr && kz_Rb_typeRb(node) != KZ_RB_NIL ? 1 : 0;
+}
+
 const kz_Char* CadCall::textOrNull() {
     kz_Char* copy = nullptr;
     read([&copy](resbuf** cursor) { return kz_Rb_getNextStringPtr(&copy, cursor, nullptr, 1); });

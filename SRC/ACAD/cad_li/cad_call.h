@@ -4,6 +4,7 @@
 #define SRC_ACAD_CAD_LI_CAD_CALL_H
 
 #include "kz/kz_objid.h"
+#include "kz/kz_selset.h"
 #include "twin.h"
 
 namespace kz {
@@ -23,8 +24,15 @@ class CadCall : public TwinCall {
     /// The same; NULL for nil and for the name of two zero words, which both are the working
     /// database.
     kz_CADDwgId* drawingOrWorking() { return readDrawing(true); }
+    /// An object by name or handle. A handle that nobody has gives a null id.
+    kz_CADObjId* object();
+    kz_CADSelSetId* selectionSet();
     /// A text of any length; NULL for nil.
     const kz_Char* textOrNull();
+    /// A number; 0 for nil.
+    double realOrZero();
+    /// 1 for any value but nil; 0 for nil, and where there is none.
+    int given();
     /// A 16-bit integer; `absent` for nil.
     int integer(int absent);
 
@@ -38,6 +46,8 @@ class CadCall : public TwinCall {
 
     const kz_Char* refusal_;
     ads_name drawing_ = {};
+    kz_CADObjId object_ = {};
+    kz_CADSelSetId set_ = {};
     OwnedText text_;
 };
 

@@ -2,9 +2,27 @@
 #ifndef SRC_ACAD_CAD_RX_H
 #define SRC_ACAD_CAD_RX_H
 
+#include "guards.h"
 #include "kz/kz_objid.h"
 
 namespace kz {
+
+/// Opens an object as a class of its own; nothing is open when that can't be.
+template <class T>
+Opened<T> openObject(AcDbObjectId object, AcDb::OpenMode mode) {
+    T* opened = nullptr;
+    acdbOpenObject(opened, object, mode);
+    return Opened<T>(opened);
+}
+
+/// The same by an object id of the suite; a name that the platform refuses is told on the error
+/// list.
+template <class T>
+Opened<T> openObject(const kz_CADObjId* id, AcDb::OpenMode mode) {
+    AcDbObjectId object;
+    if (kz_CADObjId_getAcDbObjectId(&object, id) != 1) return {};
+    return openObject<T>(object, mode);
+}
 
 /// The working database; NULL when there is none.
 AcDbDatabase* workingDatabase();

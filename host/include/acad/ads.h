@@ -222,6 +222,9 @@ ACAD_API int acedSSFree(const ads_name set);
 /// all that was taken off the screen is shown again, whatever the mode. @return RTERROR for another
 /// mode, and for a name that is no living entity's
 ACAD_API int acedRedraw(const ads_name entity, int mode);
+/// Takes off the screen what was drawn there and is no object, in a viewport or with 0 in all of
+/// them. Here only objects are drawn, so it changes nothing. @return false when it can't be done
+ACAD_API bool acgsRemoveAnonymousGraphics(int viewport);
 /// Shows a text on the command line as it stands.
 ACAD_API int acedPrompt(const ACHAR* text);
 /// Point or displacement from one coordinate system to another. Each system is an RTSHORT (0 world,

@@ -46,6 +46,8 @@ enum ErrorStatus : int {
     eNotOpenForWrite = 82,
     eNotThatKindOfClass = 83,
     eOnLockedLayer = 87,
+    eCannotScaleNonUniformly = 90,
+    eSelfReference = 92,
     eRegappIdNotFound = 100,
     eBadDxfSequence = 120,
     eXdataSizeExceeded = 121,
@@ -59,6 +61,7 @@ namespace AcDb {
 enum OpenMode { kForRead = 0, kForWrite = 1, kForNotify = 2 };
 }
 
+class AcDbBlockTable;
 class AcDbDatabase;
 class AcDbDictionary;
 class AcDbLayerTable;
@@ -153,13 +156,6 @@ class ACAD_API AcDbObject {
     virtual Acad::ErrorStatus describe(host::NewObject& out);
 };
 
-/// A graphical object.
-class ACAD_API AcDbEntity : public AcDbObject {
-  protected:
-    friend class host::Database;
-    AcDbEntity() = default;
-};
-
 /// A handle: the number that names an object in its drawing for good.
 class AcDbHandle {
   public:
@@ -209,6 +205,8 @@ class ACAD_API AcDbDatabase {
                                          AcDb::OpenMode mode = AcDb::kForRead) const;
     /// Opens a symbol table; for write it is made when the drawing has none. @return eNoDatabase
     /// without a drawing, eKeyNotFound, else as acdbOpenObject; `table` is then NULL
+    Acad::ErrorStatus getSymbolTable(AcDbBlockTable*& table,
+                                     AcDb::OpenMode mode = AcDb::kForRead) const;
     Acad::ErrorStatus getSymbolTable(AcDbLayerTable*& table,
                                      AcDb::OpenMode mode = AcDb::kForRead) const;
     Acad::ErrorStatus getSymbolTable(AcDbLinetypeTable*& table,

@@ -1,5 +1,5 @@
-/// Symbol tables: layers and line types by their names, which are 1 to 255 characters and compared
-/// without regard to case.
+/// Symbol tables: layers and line types (blocks are in blocks.h) by their names, which are 1 to 255
+/// characters and compared without regard to case.
 ///
 /// A table holds records of one class. Reading wants a table or record open for read or write,
 /// changing for write. A record that a caller makes is his until a table takes it over.
@@ -46,6 +46,8 @@ class ACAD_API AcDbSymbolTableRecord : public AcDbObject {
   private:
     /// Name of the table that holds such records, e.g. "LAYER".
     virtual const char* tableName() const;
+    /// Makes what a new record needs beside itself, once it is in its table.
+    virtual void entered();
 
     std::unique_ptr<host::SymbolContent> content_;  ///< of one that is in no drawing
 };
