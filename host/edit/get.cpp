@@ -123,7 +123,7 @@ class PointReader {
     int read(const InputToken& token, ads_point out) {
         ads_point point;
         if (token.kind == Kind::Point) {
-            std::copy(token.point, token.point + 3, point);
+            handedPoint(token, point);
         } else if (token.kind != Kind::Text || !typedPoint(token.text, from_, point)) {
             return kAskAgain;
         }
