@@ -233,6 +233,12 @@ const XData& Database::xdata(Slot slot) {
     return decodedXData(slot);
 }
 
+void Database::releaseDecoded(Slot slot) {
+    ObjectRecord& record = records_[slot];
+    const bool as_in_file = record.bytes != nullptr && !record.changed && record.object == nullptr;
+    if (as_in_file && record.data != nullptr && !record.data->tags_changed) record.data.reset();
+}
+
 Tags& Database::changeTags(Slot slot) {
     Tags& tags = decodedTags(slot);
     undo_.keepTags(slot);
@@ -240,6 +246,7 @@ Tags& Database::changeTags(Slot slot) {
     record.data->tags_changed = true;
     record.changed = true;
     noteChange();
+    tellWatcher(slot);
     return tags;
 }
 
@@ -307,6 +314,7 @@ void Database::turnErased(Slot slot) {
     ObjectRecord& record = records_[slot];
     record.erased = !record.erased;
     noteChange();
+    tellWatcher(slot);
     if (DictionaryData* holder = dictionary(record.owner)) {
         const size_t entry = holder->findHandle(record.handle);
         if (entry != DictionaryData::kNone) holder->setHidden(entry, record.erased);
@@ -347,6 +355,7 @@ void Database::setOwner(Slot slot, Slot owner) {
     if (records_[slot].owner == owner) return;
     undo_.keepOwner(slot);
     records_[slot].owner = owner;
+    tellWatcher(slot);
 }
 
 // --- open and close -----------------------------------------------------------------------------
