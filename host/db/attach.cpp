@@ -176,6 +176,7 @@ void setUnloaded(Database& drawing, Slot block, bool unloaded) {
     application.restype = 1001;
     application.resval.rstring = name.data();
     if (unloaded) application.rbnext = &value;
+    drawing.changeTags(block);  // tells who goes by what is seen, also when this is undone
     drawing.setXData(block, &application);
 }
 
@@ -219,9 +220,21 @@ AttachedFile& keep(Database& drawing, Slot block, AttachedFile read) {
     return drawing.links().attached.insert_or_assign(block, std::move(read)).first->second;
 }
 
+/// The base point of an attached drawing is that of its block.
+void takeBasePoint(Database& drawing, Slot block, Database& attached) {
+    const HeaderVariable* variable = attached.header("$INSBASE");
+    const AcGePoint3d base = variable == nullptr ? AcGePoint3d() : pointOf(variable->tags, 10);
+    if (base.isEqualTo(blockBase(drawing, block))) return;
+    const Slot begin = drawing.block(block).begin;
+    replacePoint(drawing.changeTags(begin), 10, base);
+    drawing.touch(begin);
+}
+
 /// Keeps a drawing that was read on demand of the user, with what it brings into the tables.
 void take(Database& drawing, Slot block, AttachedFile read) {
     const AttachedFile& kept = keep(drawing, block, std::move(read));
+    if (drawing.watcher() != nullptr) drawing.watcher()->changed(block);
+    takeBasePoint(drawing, block, *kept.drawing);
     DependentSymbols(drawing, *kept.drawing, drawing.symbolName(block)).enter();
     setUnloaded(drawing, block, false);
 }
