@@ -16,10 +16,6 @@ constexpr size_t kPathSize = 513;
 constexpr int kPicked = 1;
 constexpr int kPickedInside = 2;
 
-bool isAttachment(const AcDbBlockTableRecord& block) {
-    return block.isFromExternalReference() || block.isFromOverlayReference();
-}
-
 /// The file of a drawing, when it has one.
 kz::OwnedText fileOf(const AcDbDatabase& drawing) {
     const ACHAR* name = nullptr;
@@ -46,7 +42,7 @@ bool isAttachedHere(const AcDbDatabase* drawing) {
         AcDbBlockTableRecord* record = nullptr;
         if (walk->getRecord(record, AcDb::kForRead) != Acad::eOk) continue;
         const kz::Opened<AcDbBlockTableRecord> block(record);
-        if (isAttachment(*block.get()) && block->xrefDatabase(true) == drawing) return true;
+        if (kz::isAttachment(*block.get()) && block->xrefDatabase(true) == drawing) return true;
     }
     return false;
 }
@@ -89,6 +85,10 @@ kz::OwnedText wholePath(kz::OwnedText file) {
 }
 
 }  // namespace
+
+bool kz::isAttachment(const AcDbBlockTableRecord& block) {
+    return block.isFromExternalReference() || block.isFromOverlayReference();
+}
 
 kz_Char* kz_AcCAD_getDwgNameFromEnt(const AcDbEntity* entity, int* attached, int* foundOpen,
                                     int search) {
