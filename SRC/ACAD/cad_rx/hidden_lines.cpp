@@ -19,7 +19,7 @@ constexpr int kNullInput = 7;
 /// The application's data with the flag; NULL without memory.
 kz::OwnedChain flagChain(int hidden) {
     kz::OwnedChain chain(acutBuildList(kAppName, kApp, 0));
-    const kz::OwnedFldList fields(kz_FldList_create());
+    const kz::OwnedFldList fields(kz_FldList_create(nullptr, 0, nullptr, 0));
     if (chain == nullptr || fields == nullptr) return nullptr;
     resbuf* head = chain.get();
     const bool good =
