@@ -2,6 +2,8 @@
 #ifndef SRC_ACAD_CAD_RX_H
 #define SRC_ACAD_CAD_RX_H
 
+#include <functional>
+
 #include "guards.h"
 #include "kz/kz_objid.h"
 
@@ -36,6 +38,10 @@ AcDbDatabase* workingDatabase();
 /// The drawing that a drawing id stands for, the working database for NULL. NULL when there is no
 /// such drawing, which must not be taken for the working database: an id whose drawing was closed.
 AcDbDatabase* databaseOf(const kz_CADDwgId* drawing);
+
+/// True when `test` is, for one of the drawings attached to the working database; the others behind
+/// it are not asked for.
+bool anyAttachedDrawing(const std::function<bool(AcDbDatabase*)>& test);
 
 }  // namespace kz
 

@@ -29,22 +29,7 @@ kz::OwnedText editorFile() {
 
 /// True when one of the attachments of the working database is this drawing.
 bool isAttachedHere(const AcDbDatabase* drawing) {
-    const AcDbDatabase* working = kz::workingDatabase();
-    AcDbBlockTable* opened = nullptr;
-    if (working == nullptr || working->getSymbolTable(opened, AcDb::kForRead) != Acad::eOk) {
-        return false;
-    }
-    const kz::Opened<AcDbBlockTable> table(opened);
-    AcDbSymbolTableIterator* made = nullptr;
-    if (table->newIterator(made) != Acad::eOk) return false;
-    const std::unique_ptr<AcDbSymbolTableIterator> walk(made);
-    for (; !walk->done(); walk->step()) {
-        AcDbBlockTableRecord* record = nullptr;
-        if (walk->getRecord(record, AcDb::kForRead) != Acad::eOk) continue;
-        const kz::Opened<AcDbBlockTableRecord> block(record);
-        if (kz::isAttachment(*block.get()) && block->xrefDatabase(true) == drawing) return true;
-    }
-    return false;
+    return kz::anyAttachedDrawing([&](AcDbDatabase* found) { return found == drawing; });
 }
 
 /// The name of a drawing that the service knows.
@@ -88,6 +73,27 @@ kz::OwnedText wholePath(kz::OwnedText file) {
 
 bool kz::isAttachment(const AcDbBlockTableRecord& block) {
     return block.isFromExternalReference() || block.isFromOverlayReference();
+}
+
+bool kz::anyAttachedDrawing(const std::function<bool(AcDbDatabase*)>& test) {
+    const AcDbDatabase* working = kz::workingDatabase();
+    AcDbBlockTable* opened = nullptr;
+    if (working == nullptr || working->getSymbolTable(opened, AcDb::kForRead) != Acad::eOk) {
+        return false;
+    }
+    const kz::Opened<AcDbBlockTable> table(opened);
+    AcDbSymbolTableIterator* made = nullptr;
+    if (table->newIterator(made) != Acad::eOk) return false;
+    const std::unique_ptr<AcDbSymbolTableIterator> walk(made);
+    for (; !walk->done(); walk->step()) {
+        AcDbBlockTableRecord* record = nullptr;
+        if (walk->getRecord(record, AcDb::kForRead) != Acad::eOk) continue;
+        const kz::Opened<AcDbBlockTableRecord> block(record);
+        AcDbDatabase* drawing =
+            kz::isAttachment(*block.get()) ? block->xrefDatabase(true) : nullptr;
+        if (drawing != nullptr && test(drawing)) return true;
+    }
+    return false;
 }
 
 kz_Char* kz_AcCAD_getDwgNameFromEnt(const AcDbEntity* entity, int* attached, int* foundOpen,
