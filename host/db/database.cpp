@@ -5,6 +5,7 @@
 
 #include "acad/blocks.h"
 #include "acad/dict.h"
+#include "acad/groups.h"
 #include "base/resbuf.h"
 #include "db/links.h"
 #include "host/counters.h"
@@ -208,6 +209,8 @@ Tags& Database::decodedTags(Slot slot) {
     if (!object.has_tags) decodeTags(records_[slot], object);
     const auto dictionary = dictionaries_.find(slot);
     if (dictionary != dictionaries_.end() && dictionary->second->changed) writeDictionaryTags(slot);
+    const auto group = groups_.find(slot);
+    if (group != groups_.end() && group->second->changed) writeGroupTags(slot);
     return object.tags;
 }
 
@@ -233,6 +236,12 @@ const XData& Database::xdata(Slot slot) {
     return decodedXData(slot);
 }
 
+void Database::releaseDecoded(Slot slot) {
+    ObjectRecord& record = records_[slot];
+    const bool as_in_file = record.bytes != nullptr && !record.changed && record.object == nullptr;
+    if (as_in_file && record.data != nullptr && !record.data->tags_changed) record.data.reset();
+}
+
 Tags& Database::changeTags(Slot slot) {
     Tags& tags = decodedTags(slot);
     undo_.keepTags(slot);
@@ -240,6 +249,7 @@ Tags& Database::changeTags(Slot slot) {
     record.data->tags_changed = true;
     record.changed = true;
     noteChange();
+    tellWatcher(slot);
     return tags;
 }
 
@@ -307,6 +317,7 @@ void Database::turnErased(Slot slot) {
     ObjectRecord& record = records_[slot];
     record.erased = !record.erased;
     noteChange();
+    tellWatcher(slot);
     if (DictionaryData* holder = dictionary(record.owner)) {
         const size_t entry = holder->findHandle(record.handle);
         if (entry != DictionaryData::kNone) holder->setHidden(entry, record.erased);
@@ -331,6 +342,7 @@ void Database::setErased(Slot slot, bool erased) {
     if (record.erased == erased) return;
     undo_.keepErased(slot);
     turnErased(slot);
+    if (isGroup(slot)) bindMembers(slot);
     if (record.object_class != ObjectClass::Entity) return;
     const Block* block = findBlock(record.owner);
     if (block == nullptr) return;
@@ -347,6 +359,7 @@ void Database::setOwner(Slot slot, Slot owner) {
     if (records_[slot].owner == owner) return;
     undo_.keepOwner(slot);
     records_[slot].owner = owner;
+    tellWatcher(slot);
 }
 
 // --- open and close -----------------------------------------------------------------------------
@@ -360,6 +373,7 @@ AcDbObject* Database::newInstance(Slot slot) {
     static constexpr Row kRows[] = {
         {"CIRCLE", []() -> AcDbObject* { return new AcDbCircle; }},
         {"ELLIPSE", []() -> AcDbObject* { return new AcDbEllipse; }},
+        {"GROUP", []() -> AcDbObject* { return new AcDbGroup; }},
         {"INSERT", []() -> AcDbObject* { return new AcDbBlockReference; }},
         {"POINT", []() -> AcDbObject* { return new AcDbPoint; }},
         {"XRECORD", []() -> AcDbObject* { return new AcDbXrecord; }}};

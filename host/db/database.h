@@ -17,6 +17,7 @@
 
 #include "acad/db.h"
 #include "db/dictionary_data.h"
+#include "db/group_data.h"
 #include "db/handle_map.h"
 #include "db/tags.h"
 #include "db/undo.h"
@@ -122,6 +123,14 @@ struct InsertPoints {
     const char* eof = nullptr;             ///< the pair 0 EOF
 };
 
+/// Hears of each object whose groups, owner or life change; of its XDATA it hears nothing. It is
+/// told before or after the change and must look later.
+class ChangeWatcher {
+  public:
+    virtual ~ChangeWatcher() = default;
+    virtual void changed(Slot slot) = 0;
+};
+
 class Database {
   public:
     Database();
@@ -148,6 +157,9 @@ class Database {
     static Database* of(const AcDbDatabase* facade);
     /// Attached drawings, observers and the drawing that this one is attached to.
     DatabaseLinks& links();
+    /// Who hears of changes; the drawing has one at most, and owns it.
+    void setWatcher(std::unique_ptr<ChangeWatcher> watcher) { watcher_ = std::move(watcher); }
+    ChangeWatcher* watcher() { return watcher_.get(); }
 
     // --- object table ---------------------------------------------------------------------------
 
@@ -185,6 +197,9 @@ class Database {
     /// The object's tags, decoded on the first call.
     const Tags& tags(Slot slot);
     const XData& xdata(Slot slot);
+    /// Forgets the decoded form of an object that is as its file has it; references to its tags go.
+    /// For walks over all of a drawing, which would fill the memory.
+    void releaseDecoded(Slot slot);
     /// The tags for a change: the journal keeps them as they are, and the object will be written
     /// from its decoded form. Who changes them calls `touch` when he is done.
     Tags& changeTags(Slot slot);
@@ -296,6 +311,22 @@ class Database {
         return dictionaries_;
     }
 
+    // --- groups ---------------------------------------------------------------------------------
+    //
+    // A group that a dictionary holds is among the reactors of each of its entities. Entities that
+    // are erased stay in their groups and are left out when the drawing is written.
+
+    bool isGroup(Slot slot) const;
+    /// Entities of a group in their order; NULL for another object.
+    GroupData* group(Slot slot);
+    /// Puts an entity into a group; an index behind the last one is the end. @return
+    /// eNotThatKindOfClass, eAlreadyInGroup
+    Acad::ErrorStatus groupInsert(Slot group, size_t index, Slot entity);
+    /// Takes one out. @return eNotThatKindOfClass, eKeyNotFound
+    Acad::ErrorStatus groupRemove(Slot group, Slot entity);
+    /// Gives a group other tags, with the entities that stand in them.
+    void changeGroupTags(Slot group, Tags tags);
+
     // --- header and file ------------------------------------------------------------------------
 
     HeaderVariable* header(std::string_view name);
@@ -321,6 +352,9 @@ class Database {
   private:
     friend class UndoJournal;
     void noteChange() { changed_ = unsaved_ = true; }
+    void tellWatcher(Slot slot) {
+        if (watcher_ != nullptr) watcher_->changed(slot);
+    }
     ObjectData& data(Slot slot);
     Tags& decodedTags(Slot slot);
     XData& decodedXData(Slot slot);
@@ -340,12 +374,22 @@ class Database {
     /// The entries for a change; the caller has them already.
     void changeEntries(Slot slot);
     void removeEntry(Slot dictionary, size_t index);
+    std::unique_ptr<GroupData> decodeMembers(const Tags& groups) const;
+    void writeGroupTags(Slot slot);
+    /// The entities of a group for a change; the caller has them already.
+    void changeMembers(Slot slot);
+    /// Tells the entities of a group whether it is among their reactors.
+    void bindMembers(Slot slot);
+    void bindMember(Slot group, Slot entity, bool bound);
+    /// A group's key says whether it is an anonymous one.
+    void followEntry(Slot group, std::u16string_view key);
 
     friend class DatabaseList;
     friend class ::AcDbDatabase;
     /// Tells the observers of an object; `erased` NULL for a change.
     void notify(Slot slot, const bool* erased);
     std::unique_ptr<DatabaseLinks> links_;
+    std::unique_ptr<ChangeWatcher> watcher_;
     uint16_t index_ = 0;
     uint16_t generation_ = 0;
 
@@ -370,6 +414,7 @@ class Database {
 
     std::vector<std::unique_ptr<SymbolTable>> tables_;
     std::unordered_map<Slot, std::unique_ptr<DictionaryData>> dictionaries_;
+    std::unordered_map<Slot, std::unique_ptr<GroupData>> groups_;
     Slot named_objects_ = kNoSlot;
 
     std::vector<HeaderVariable> headers_;

@@ -471,7 +471,11 @@ bool modifyTags(Database& database, Slot slot, const resbuf* list) {
         !database.renameSymbol(slot, old_name, textOf(database, tags, 2))) {
         return false;
     }
-    database.changeTags(slot) = std::move(tags);
+    if (database.isGroup(slot)) {
+        database.changeGroupTags(slot, std::move(tags));
+    } else {
+        database.changeTags(slot) = std::move(tags);
+    }
     database.touch(slot);
     if (object_class == ObjectClass::TableRecord) database.recountLockedLayers();
     return true;

@@ -92,8 +92,10 @@ TEST_F(SeveralDrawings, AttachedDrawingIsReadOnceFromItsPathOrFromBesideTheDrawi
     EXPECT_EQ(fileOf(host::attachedDrawing(found[1].block)), "part.dxf");
     EXPECT_EQ(host::attachedDrawing(found[2].block), nullptr);
     EXPECT_EQ(host::attachedDrawing({}), nullptr);
-    // A file that comes later is found.
+    // A file that comes later is found on a reload.
     folder_.write("gone.dxf", TempFolder::read(folder_.file("part.dxf")));
+    EXPECT_EQ(host::attachedDrawing(found[2].block), nullptr);
+    lisp("(command \"_.xref\" \"_reload\" \"GONE\")");
     EXPECT_NE(host::attachedDrawing(found[2].block), nullptr);
 }
 
