@@ -67,7 +67,8 @@ StyleBook::StyleBook(Database& drawing, bool dark) : drawing_(drawing), dark_(da
 StyleBook::StyleBook(Database& drawing, StyleBook& outer, const std::u16string& name)
     : StyleBook(drawing, outer.dark_) {
     outer_ = &outer;
-    prefix_ = name + u"|";
+    prefix_ = name;
+    prefix_ += u'|';
 }
 
 PlotColor StyleBook::colorOf(const Tags& tags, const PlotStyle& by_layer,

@@ -132,7 +132,7 @@ TEST_F(Picks, BlocksAreLookedIntoWithScaleRotationAndBasePoint) {
     block("IN", "1.0 0.0 0.0", {"(0 . \"LINE\") (8 . \"0\") (10 1.0 0.0 0.0) (11 3.0 0.0 0.0)"});
     block("OUT", "0.0 0.0 0.0",
           {"(0 . \"INSERT\") (8 . \"0\") (2 . \"IN\") (10 10.0 0.0 0.0) (41 . 2.0) (42 . 2.0) "
-           "(43 . 2.0) (50 . 90.0)"});
+           "(43 . 2.0) (50 . 1.5707963267948966)"});
     const std::string placed =
         "(0 . \"INSERT\") (8 . \"0\") (2 . \"OUT\") (10 100.0 0.0 0.0) (41 . 2.0) (42 . 3.0)";
     const Slot outer = make(placed);
