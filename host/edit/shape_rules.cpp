@@ -433,15 +433,15 @@ void EntityShape::insertion() {
 
 void EntityShape::text() {
     const AcGeMatrix3d plane = entityPlane();
-    textBox(tags(), database_.codec()).show([&](const AcGePoint3d& from, const AcGePoint3d& to) {
+    textBox(ownTags(tags()), database_.codec()).show([&](const AcGePoint3d& from, const AcGePoint3d& to) {
         curve(Curve::line(from, to), CurveRole::Frame, plane);
     });
-    mark(MarkKind::Insertion, textAnchor(tags()), plane);
+    mark(MarkKind::Insertion, textAnchor(ownTags(tags())), plane);
 }
 
 void EntityShape::paragraph() {
     const AcGeVector3d normal = vectorOf(tags(), 210, AcGeVector3d::kZAxis).normal();
-    paragraphBox(tags(), normal).show([&](const AcGePoint3d& from, const AcGePoint3d& to) {
+    paragraphBox(ownTags(tags()), normal).show([&](const AcGePoint3d& from, const AcGePoint3d& to) {
         curve(Curve::line(from, to), CurveRole::Frame);
     });
     mark(MarkKind::Insertion, pointOf(tags(), 10));

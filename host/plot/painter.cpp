@@ -139,7 +139,8 @@ Painter::Painter(Database& drawing, const PlotRequest& request, const Page& page
 Painter::~Painter() = default;
 
 void Painter::paint(Slot space) {
-    ShapeWalker(database_).visitBlock(space, toPage(), *this);
+    const AcGeMatrix3d to_page = toPage();
+    ShapeWalker(database_).visitBlock(space, to_page, *this);
 }
 
 // --- the walk -----------------------------------------------------------------------------------
