@@ -291,17 +291,14 @@ void EntityShape::lightPolyline() {
 }
 
 void EntityShape::polyline() {
-    enum Flags : int64_t { kClosed = 1, kSplined = 4, kMesh = 16, kFaces = 64 };
-    constexpr int64_t kControlPoint = 16;
+    enum Flags : int64_t { kClosed = 1, kMesh = 16, kFaces = 64 };
     const int64_t flags = integerOf(tags(), 70, 0);
-    const std::vector<Slot> slots = subEntities(database_, entity_, "VERTEX");
+    const std::vector<Slot> slots = drawnVertices(database_, entity_);
     if ((flags & kFaces) != 0) return faces(slots);
     std::vector<Vertex> vertices;
     std::vector<AcGePoint3d> points;
     for (const Slot slot : slots) {
         const Tags& vertex = database_.tags(slot);
-        const bool control = (integerOf(vertex, 70, 0) & kControlPoint) != 0;
-        if (control && (flags & (kSplined | kMesh)) == kSplined) continue;
         vertices.push_back({pointOf(vertex, 10), realOf(vertex, 42, 0.0)});
         points.push_back(vertices.back().point);
     }
@@ -450,14 +447,25 @@ void EntityShape::paragraph() {
     mark(MarkKind::Insertion, pointOf(tags(), 10));
 }
 
+namespace {
+
+bool isDimension(std::string_view type) {
+    return type == "DIMENSION" || type == "ARC_DIMENSION";
+}
+
+}  // namespace
+
+bool EntityShape::isInserting(std::string_view type) {
+    return type == "INSERT" || type == "ACAD_TABLE" || isDimension(type);
+}
+
 bool EntityShape::inserts(Inserted& out) {
     const std::string& type = database_.typeName(entity_);
-    const bool is_dimension = type == "DIMENSION" || type == "ARC_DIMENSION";
-    if (type != "INSERT" && type != "ACAD_TABLE" && !is_dimension) return false;
+    if (!isInserting(type)) return false;
     const size_t at = findTag(tags(), 2);
     if (at >= tags().size()) return false;
     out.name = tags()[at].text(database_.codec());
-    if (is_dimension) {  // the picture of a dimension stands where it was drawn
+    if (isDimension(type)) {  // the picture of a dimension stands where it was drawn
         out.ways.emplace_back();
         return true;
     }
