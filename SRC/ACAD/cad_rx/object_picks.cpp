@@ -209,7 +209,7 @@ kz_CADObjId* kz_CADObjId_select(const kz_Char* prompt, kz_Point* point) {
     NestedPick pick;
     ads_point picked = {};
     if (acedEntSel(prompt, pick.name, picked) != RTNORM) return nullptr;
-    if (point != nullptr) *point = kz::ucsToLocal({picked[0], picked[1], picked[2]});
+    if (point != nullptr) *point = kz::ucsToLocal(kz_Point{picked[0], picked[1], picked[2]});
     AcDbObjectId object;
     if (acdbGetObjectId(object, pick.name) != Acad::eOk) return nullptr;
     if (!kz::openObject<AcDbEntity>(object, AcDb::kForRead)) return nullptr;
