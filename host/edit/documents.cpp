@@ -172,6 +172,7 @@ AcEdInputPointManager* AcApDocument::inputPointManager() const {
 }
 
 AcApDocument* AcApDocManager::curDocument() const {
+    if (host::mustFail(host::Call::curDocument)) return nullptr;
     return host::currentDatabase() == nullptr ? nullptr : &context().document;
 }
 
@@ -181,6 +182,7 @@ AcApDocManager* acDocManagerPtr() {
 
 bool addSSgetFilterInputContextReactor(AcApDocument* document, AcEdSSGetFilter* filter) {
     std::vector<AcEdSSGetFilter*>& filters = context().filters;
+    if (host::mustFail(host::Call::addSSgetFilterInputContextReactor)) return false;
     if (document == nullptr || filter == nullptr) return false;
     if (std::find(filters.begin(), filters.end(), filter) != filters.end()) return false;
     context().note("filter", true);

@@ -163,6 +163,7 @@ resbuf* choiceChain(Selection& selection, size_t begin, size_t end) {
     ChainBuilder chain;
     std::vector<bool> shown(selection.polygons().size());
     std::vector<const HowChosen*> windows;
+    chain.add(acutNewRb(RTLB));
     for (size_t i = begin; i < end; ++i) {
         const HowChosen& how = selection.howAt(i);
         addEntry(chain, selection.at(i), how);
@@ -173,6 +174,7 @@ resbuf* choiceChain(Selection& selection, size_t begin, size_t end) {
     }
     for (const HowChosen* how : windows)
         addPolygonEntry(chain, selection, *how);
+    chain.add(acutNewRb(RTLE));
     return chain.release();
 }
 

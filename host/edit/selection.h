@@ -84,8 +84,8 @@ bool makeSelectionSet(Selection selection, ads_name set);
 /// The selection of a set, to be changed or read while the set lives; NULL for no set.
 Selection* selectionOf(const ads_name set);
 
-/// What acedSSNameX tells of members: a list for each, then one for each window that they were
-/// chosen by. @return NULL without memory; caller releases
+/// What acedSSNameX tells of members: a list of a list for each, then one for each window that they
+/// were chosen by. @return NULL without memory; caller releases
 resbuf* choiceChain(Selection& selection, size_t begin, size_t end);
 
 }  // namespace host

@@ -223,6 +223,8 @@ int acedSSGet(const ACHAR* mode, const void* first, const void* second, const re
 }
 
 int acedSSSetFirst(const ads_name set, const ads_name) {
+    int status = 0;
+    if (host::mustFail(host::Call::acedSSSetFirst, status)) return status;
     host::Database* drawing = host::currentDatabase();
     const bool none = set == nullptr || ads_name_nil(set);
     host::Selection* selection = none ? nullptr : host::selectionOf(set);
@@ -241,6 +243,8 @@ int acedSSSetFirst(const ads_name set, const ads_name) {
 }
 
 int acedSSGetFirst(resbuf** grips, resbuf** chosen) {
+    int status = 0;
+    if (host::mustFail(host::Call::acedSSGetFirst, status)) return status;
     host::Database* drawing = host::currentDatabase();
     if (drawing == nullptr || grips == nullptr || chosen == nullptr) return RTERROR;
     host::Choice choice(*drawing, {});

@@ -226,12 +226,13 @@ ACAD_API int acedSSLength(const ads_name set, int32_t* length);
 ACAD_API int acedSSName(const ads_name set, int32_t index, ads_name entity);
 /// RTNORM for a member.
 ACAD_API int acedSSMemb(const ads_name entity, const ads_name set);
-/// How member `index` was chosen, or all members with -1: a list (how entity 0 ...) for each, how
-/// being 0 in no certain way, 1 at a point, 2 by a window or polygon, 3 by one that crosses, 4 by a
-/// fence. Behind 1 and 4 stand points as (0 point [direction]) in the world, the direction toward
-/// the viewer when it isn't the z axis; behind 2 and 3 a number below 0, which is that of the list
-/// (number (0 corner) ...) behind those of the members. For an object in a block the entity is that
-/// object, and the list ends in (insertion ...), from the inner to the outer one. Caller releases.
+/// How member `index` was chosen, or all members with -1: in a list, a list (how entity 0 ...) for
+/// each, how being 0 in no certain way, 1 at a point, 2 by a window or polygon, 3 by one that
+/// crosses, 4 by a fence. Behind 1 and 4 stand points as (0 point [direction]) in the world, the
+/// direction toward the viewer when it isn't the z axis; behind 2 and 3 a number below 0, which is
+/// that of the list (number (0 corner) ...) behind those of the members. For an object in a block
+/// the entity is that object, and the list ends in (insertion ...), from the inner to the outer
+/// one. Caller releases.
 ACAD_API int acedSSNameX(resbuf** chain, const ads_name set, int32_t index);
 /// Transforms the members; points are multiplied from the right. @return RTERROR for a matrix that
 /// is singular, and when members could not be transformed (erased, open, on a locked layer, or not
