@@ -43,6 +43,7 @@ void Database::appendEntity(Slot record, Slot entity) {
     target.contents.push_back(entity);
     target.living_end = target.contents.size();
     if (object.object_class == ObjectClass::Entity) object.owner = record;
+    tellWatcher(entity);
 }
 
 Slot Database::lastEntity() {

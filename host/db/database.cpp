@@ -236,6 +236,12 @@ const XData& Database::xdata(Slot slot) {
     return decodedXData(slot);
 }
 
+void Database::releaseDecoded(Slot slot) {
+    ObjectRecord& record = records_[slot];
+    const bool as_in_file = record.bytes != nullptr && !record.changed && record.object == nullptr;
+    if (as_in_file && record.data != nullptr && !record.data->tags_changed) record.data.reset();
+}
+
 Tags& Database::changeTags(Slot slot) {
     Tags& tags = decodedTags(slot);
     undo_.keepTags(slot);
@@ -243,6 +249,7 @@ Tags& Database::changeTags(Slot slot) {
     record.data->tags_changed = true;
     record.changed = true;
     noteChange();
+    tellWatcher(slot);
     return tags;
 }
 
@@ -310,6 +317,7 @@ void Database::turnErased(Slot slot) {
     ObjectRecord& record = records_[slot];
     record.erased = !record.erased;
     noteChange();
+    tellWatcher(slot);
     if (DictionaryData* holder = dictionary(record.owner)) {
         const size_t entry = holder->findHandle(record.handle);
         if (entry != DictionaryData::kNone) holder->setHidden(entry, record.erased);
@@ -351,6 +359,7 @@ void Database::setOwner(Slot slot, Slot owner) {
     if (records_[slot].owner == owner) return;
     undo_.keepOwner(slot);
     records_[slot].owner = owner;
+    tellWatcher(slot);
 }
 
 // --- open and close -----------------------------------------------------------------------------

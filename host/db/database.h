@@ -123,6 +123,14 @@ struct InsertPoints {
     const char* eof = nullptr;             ///< the pair 0 EOF
 };
 
+/// Hears of each object whose groups, owner or life change; of its XDATA it hears nothing. It is
+/// told before or after the change and must look later.
+class ChangeWatcher {
+  public:
+    virtual ~ChangeWatcher() = default;
+    virtual void changed(Slot slot) = 0;
+};
+
 class Database {
   public:
     Database();
@@ -149,6 +157,9 @@ class Database {
     static Database* of(const AcDbDatabase* facade);
     /// Attached drawings, observers and the drawing that this one is attached to.
     DatabaseLinks& links();
+    /// Who hears of changes; the drawing has one at most, and owns it.
+    void setWatcher(std::unique_ptr<ChangeWatcher> watcher) { watcher_ = std::move(watcher); }
+    ChangeWatcher* watcher() { return watcher_.get(); }
 
     // --- object table ---------------------------------------------------------------------------
 
@@ -186,6 +197,9 @@ class Database {
     /// The object's tags, decoded on the first call.
     const Tags& tags(Slot slot);
     const XData& xdata(Slot slot);
+    /// Forgets the decoded form of an object that is as its file has it; references to its tags go.
+    /// For walks over all of a drawing, which would fill the memory.
+    void releaseDecoded(Slot slot);
     /// The tags for a change: the journal keeps them as they are, and the object will be written
     /// from its decoded form. Who changes them calls `touch` when he is done.
     Tags& changeTags(Slot slot);
@@ -338,6 +352,9 @@ class Database {
   private:
     friend class UndoJournal;
     void noteChange() { changed_ = unsaved_ = true; }
+    void tellWatcher(Slot slot) {
+        if (watcher_ != nullptr) watcher_->changed(slot);
+    }
     ObjectData& data(Slot slot);
     Tags& decodedTags(Slot slot);
     XData& decodedXData(Slot slot);
@@ -372,6 +389,7 @@ class Database {
     /// Tells the observers of an object; `erased` NULL for a change.
     void notify(Slot slot, const bool* erased);
     std::unique_ptr<DatabaseLinks> links_;
+    std::unique_ptr<ChangeWatcher> watcher_;
     uint16_t index_ = 0;
     uint16_t generation_ = 0;
 

@@ -217,6 +217,7 @@ void UndoJournal::swap(Entry& entry) {
     ObjectRecord& record = database_.records_[entry.slot];
     if (entry.kind == Kind::Owner) {
         std::swap(record.owner, entry.other);
+        database_.tellWatcher(entry.slot);
         return;
     }
     std::u16string name;
@@ -232,6 +233,7 @@ void UndoJournal::swap(Entry& entry) {
     } else {
         std::swap(record.data->xdata, entry.image->xdata);
     }
+    if (entry.kind != Kind::Extended) database_.tellWatcher(entry.slot);
     follow(entry.slot, name);
     database_.touch(entry.slot);
 }

@@ -450,14 +450,25 @@ void EntityShape::paragraph() {
     mark(MarkKind::Insertion, pointOf(tags(), 10));
 }
 
+namespace {
+
+bool isDimension(std::string_view type) {
+    return type == "DIMENSION" || type == "ARC_DIMENSION";
+}
+
+}  // namespace
+
+bool EntityShape::isInserting(std::string_view type) {
+    return type == "INSERT" || type == "ACAD_TABLE" || isDimension(type);
+}
+
 bool EntityShape::inserts(Inserted& out) {
     const std::string& type = database_.typeName(entity_);
-    const bool is_dimension = type == "DIMENSION" || type == "ARC_DIMENSION";
-    if (type != "INSERT" && type != "ACAD_TABLE" && !is_dimension) return false;
+    if (!isInserting(type)) return false;
     const size_t at = findTag(tags(), 2);
     if (at >= tags().size()) return false;
     out.name = tags()[at].text(database_.codec());
-    if (is_dimension) {  // the picture of a dimension stands where it was drawn
+    if (isDimension(type)) {  // the picture of a dimension stands where it was drawn
         out.ways.emplace_back();
         return true;
     }

@@ -24,6 +24,8 @@ class EntityShape {
         std::u16string name;
         std::vector<AcGeMatrix3d> ways;  ///< from the block to the coordinates of the entity
     };
+    /// True for a type of entity that stands for blocks.
+    static bool isInserting(std::string_view type);
     /// @return false for one that stands for none
     bool inserts(Inserted& out);
 

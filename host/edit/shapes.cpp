@@ -19,10 +19,10 @@ constexpr size_t kDeepest = 64;
 class BoxVisitor : public ShapeVisitor {
   public:
     void curve(const Curve& curve, CurveRole role) override {
-        if (role != CurveRole::Endless) box.addExt(curve.extents());
+        if (role != CurveRole::Endless || reach) box.addExt(curve.extents());
     }
     void mark(MarkKind kind, const AcGePoint3d& point) override {
-        if (kind == MarkKind::Node) box.addPoint(point);
+        if (kind == MarkKind::Node || reach) box.addPoint(point);
     }
     /// The exact contents, as far as they can widen the box; the box of what is deep inside.
     bool enters(const AcDbExtents& inserted, int depth) override {
@@ -35,6 +35,7 @@ class BoxVisitor : public ShapeVisitor {
 
     AcDbExtents box;
     bool exact = true;
+    bool reach = false;  ///< all that is there counts, not only what is drawn
 };
 
 }  // namespace
@@ -135,6 +136,20 @@ const AcDbExtents& ShapeWalker::boxOf(Slot block) {
     measuring_ = outer;
     box = visitor.box;
     return box;
+}
+
+bool ShapeWalker::inserts(Slot entity) const {
+    return EntityShape::isInserting(database_.typeName(entity));
+}
+
+AcDbExtents ShapeWalker::reachOf(Slot entity) {
+    const bool outer = std::exchange(measuring_, true);
+    BoxVisitor visitor;
+    visitor.exact = false;
+    visitor.reach = true;
+    visit(entity, {}, visitor);
+    measuring_ = outer;
+    return visitor.box;
 }
 
 AcDbExtents entityExtents(Database& database, Slot entity) {

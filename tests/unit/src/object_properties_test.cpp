@@ -82,7 +82,7 @@ TEST_F(ObjectProperties, AnOutThatIsMissingOrANullIdGivesNothing) {
     EXPECT_EQ(kz_CADObjId_getColor(nullptr, &id_), 0);
     EXPECT_EQ(kz_CADObjId_getLineStyleScale(nullptr, &id_), 0);
     EXPECT_EQ(kz_CADObjId_getVisibility(nullptr, &id_), 0);
-    for (const kz_CADObjId* none : {static_cast<const kz_CADObjId*>(nullptr), &null_}) {
+    for (const kz_CADObjId* none : std::initializer_list<const kz_CADObjId*>{nullptr, &null_}) {
         EXPECT_EQ(kz_CADObjId_getColor(text, none), 0);
         EXPECT_EQ(kz_CADObjId_getLayer(text, none), 0);
         EXPECT_EQ(kz_CADObjId_getLineStyle(text, none), 0);
@@ -210,7 +210,7 @@ TEST_F(ObjectProperties, AnEntityThatIsNotAddedIsToldOnTheErrorListAndTraced) {
         refuse(call);
         EXPECT_EQ(kz_AcCAD_addToModelSpace(nullptr, &point), 0) << call;
         host::testing::clearFault();
-        EXPECT_EQ(traced(), "ARX function kz_AcCAD_AddToModelSpace returned error status: 6.\n");
+        EXPECT_EQ(traced(), "ARX function kz_AcCAD_AddToModelSpace returned error status: 6.");
         EXPECT_EQ(kz_Error_isOk(), 0);
         kz_Error_clearAll();
     }
@@ -237,7 +237,7 @@ TEST_F(ObjectProperties, HiddenLinesAreKeptInXData) {
 }
 
 TEST_F(ObjectProperties, HiddenLinesStandBesideTheDataOfOthers) {
-    kz_FldList* other = kz_FldList_create();
+    kz_FldList* other = kz_FldList_create(nullptr, 0, nullptr, 0);
     kz_FldList_appInt(other, KZ_T("HIDDEN"), 1);
     EXPECT_EQ(kz_XData_initFldList(line_, other, KZ_T("OTHER")), 1);
     EXPECT_EQ(kz_CADObjId_isHLRHidden(&id_), 0);
@@ -345,7 +345,7 @@ TEST_F(ObjectProperties, EveryObjectIsOnTheLayerOfAllButNoneIs) {
     EXPECT_EQ(kz_CADObjIdList_isOnLayer(list, KZ_T("0")), 0);
     makeLayer("Walls", 0);
     const kz_CADObjId wall = draw("0:POINT 8:Walls 10:0,0,0");
-    for (const kz_CADObjId* id : {&null_, &id_, &wall})
+    for (const kz_CADObjId* id : std::initializer_list<const kz_CADObjId*>{&null_, &id_, &wall})
         kz_CADObjIdList_insEnd(list, kz_CADObjId_copy(id));
     EXPECT_EQ(kz_CADObjIdList_isOnLayer(list, KZ_T("walls")), 1);
     EXPECT_EQ(kz_CADObjIdList_isOnLayer(list, KZ_T("Doors")), 0);

@@ -1,6 +1,7 @@
 /// Drawings beside the one in the editor: constructed, read, attached; and observers of objects.
 #include <cmath>
 
+#include "acad/entities.h"
 #include "drawing_files.h"
 
 namespace {
