@@ -17,6 +17,7 @@ done
 build/release/bench_spine "${drawings[@]}"
 build/release/bench_undo
 build/release/bench_records
+build/release/bench_select
 build/release/bench_trace
 echo
 /usr/bin/python3 -B bench/peers/ezdxf_spine.py "${drawings[@]}"

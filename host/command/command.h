@@ -50,10 +50,10 @@ class CommandPrompt {
     Answered keyword(const Prompt& prompt);
     /// A text; an empty one for Enter.
     std::u16string text(std::u16string_view prompt, bool blanks = false);
-    /// Entities for a command: names, sets, "Last", "Previous", "All", one prompt after another up
-    /// to Enter. Those that are erased or on locked layers are left out, with a message.
+    /// Entities for a command, see chooseObjects. Those on locked layers are left out, with a
+    /// message.
     std::vector<AcDbObjectId> entities(std::u16string_view prompt = u"Select objects: ");
-    /// One entity; nothing for Enter.
+    /// One entity, by its name or by a point on it; nothing for Enter.
     AcDbObjectId entity(std::u16string_view prompt);
 
     /// The keyword that was answered, as it stands in the prompt's list.

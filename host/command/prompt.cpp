@@ -1,14 +1,8 @@
 /// Prompts of commands, on the platform's input functions.
-#include <unordered_set>
-#include <utility>
-
 #include "command/command.h"
 #include "db/database.h"
+#include "edit/choose.h"
 #include "edit/input.h"
-#include "edit/keywords.h"
-#include "edit/shapes.h"
-#include "edit/tag_values.h"
-#include "kz_tls21an/text.h"
 
 namespace host {
 
@@ -80,138 +74,23 @@ std::u16string CommandPrompt::text(std::u16string_view prompt, bool blanks) {
     return token.typed();
 }
 
-namespace {
-
-/// Collects entities for a command, each once and in the order of choosing.
-class Chosen {
-  public:
-    explicit Chosen(Database& drawing) : drawing_(drawing) {}
-
-    void add(Slot slot) {
-        slot = drawing_.mainEntity(slot);
-        const ObjectRecord& record = drawing_.record(slot);
-        if (record.object_class != ObjectClass::Entity || record.erased) return;
-        if (isPaperItself(slot)) return;
-        if (drawing_.isOnLockedLayer(slot)) {
-            ++locked_;
-            return;
-        }
-        if (seen_.insert(slot).second) ids_.push_back(drawing_.idOf(slot));
-    }
-
-    void addName(const ads_name name) {
-        const AcDbObjectId id = Database::idFromName(name);
-        if (Database::find(id) == &drawing_) add(drawing_.slotOf(id));
-    }
-
-    void addSet(const ads_name set) {
-        int32_t length = 0;
-        acedSSLength(set, &length);
-        ads_name name = {0, 0};
-        for (int32_t i = 0; i < length; ++i) {
-            if (acedSSName(set, i, name) == RTNORM) addName(name);
-        }
-    }
-
-    void addAll() {
-        const Block* space = drawing_.findBlock(currentSpace(drawing_));
-        for (size_t i = 0; space != nullptr && i < space->contents.size(); ++i)
-            add(space->contents[i]);
-    }
-
-    /// The viewport that stands for the sheet of a layout is no object to choose.
-    bool isPaperItself(Slot slot) {
-        return drawing_.typeName(slot) == "VIEWPORT" && integerOf(drawing_.tags(slot), 69, 0) == 1;
-    }
-
-    size_t takeLocked() { return std::exchange(locked_, 0); }
-    const std::vector<AcDbObjectId>& ids() const { return ids_; }
-
-  private:
-    Database& drawing_;
-    std::vector<AcDbObjectId> ids_;
-    std::unordered_set<Slot> seen_;
-    size_t locked_ = 0;
-};
-
-std::vector<AcDbObjectId>& previousChoice() {
-    static std::vector<AcDbObjectId> previous;
-    return previous;
-}
-
-std::u16string countText(size_t count, const char16_t* rest) {
-    return kz::toUtf16(std::to_string(count)) + rest;
-}
-
-}  // namespace
-
 std::vector<AcDbObjectId> CommandPrompt::entities(std::u16string_view prompt) {
-    Database& drawing = commandDrawing(*this);
-    Chosen chosen(drawing);
-    const Keywords keywords(u"Last Previous ALL");
-    const InputRequest request = {std::u16string(prompt), false};
-    for (;;) {
-        InputToken token;
-        if (!inputSource().next(request, token) || token.kind == InputToken::Kind::Cancel) {
-            throw Cancelled{};
-        }
-        if (token.kind == InputToken::Kind::Text && token.text.starts_with(u'(')) {
-            const std::u16string text = token.text;
-            if (!evaluateExpression(text, token)) continue;
-        }
-        const size_t before = chosen.ids().size();
-        if (token.kind == InputToken::Kind::Enter) {
-            break;
-        } else if (token.kind == InputToken::Kind::Entity) {
-            chosen.addName(token.name);
-        } else if (token.kind == InputToken::Kind::Set) {
-            chosen.addSet(token.name);
-        } else {
-            const std::u16string keyword =
-                token.kind == InputToken::Kind::Text ? keywords.match(token.text) : u"";
-            if (keyword == u"Last") {
-                const Slot last = drawing.lastEntity(currentSpace(drawing));
-                if (last != kNoSlot) chosen.add(last);
-            } else if (keyword == u"Previous") {
-                for (const AcDbObjectId id : previousChoice()) {
-                    if (Database::find(id) == &drawing) chosen.add(drawing.slotOf(id));
-                }
-            } else if (keyword == u"ALL") {
-                chosen.addAll();
-            } else {
-                say(u"Expects an entity, a selection set, Last, Previous or ALL.");
-                continue;
-            }
-        }
-        say(countText(chosen.ids().size() - before, u" found"));
-        if (const size_t locked = chosen.takeLocked()) {
-            say(countText(locked,
-                          locked == 1 ? u" was on a locked layer." : u" were on a locked layer."));
-        }
+    ChooseRules rules;
+    rules.no_locked = true;
+    Selection chosen;
+    const auto show = [this](std::u16string_view message) { say(message); };
+    if (chooseObjects(commandDrawing(*this), rules, prompt, show, chosen) != RTNORM) {
+        throw Cancelled{};
     }
-    if (!chosen.ids().empty()) previousChoice() = chosen.ids();
     return chosen.ids();
 }
 
 AcDbObjectId CommandPrompt::entity(std::u16string_view prompt) {
-    const Database& drawing = commandDrawing(*this);
-    const InputRequest request = {std::u16string(prompt), false};
-    for (;;) {
-        InputToken token;
-        if (!inputSource().next(request, token) || token.kind == InputToken::Kind::Cancel) {
-            throw Cancelled{};
-        }
-        if (token.kind == InputToken::Kind::Text && token.text.starts_with(u'(')) {
-            const std::u16string text = token.text;
-            if (!evaluateExpression(text, token)) continue;
-        }
-        if (token.kind == InputToken::Kind::Enter) return {};
-        const AcDbObjectId id = token.kind == InputToken::Kind::Entity
-                                    ? Database::idFromName(token.name)
-                                    : AcDbObjectId{};
-        if (!id.isNull() && Database::find(id) == &drawing) return id;
-        say(u"Expects an entity.");
-    }
+    AcDbObjectId chosen;
+    const auto show = [this](std::u16string_view message) { say(message); };
+    const int status = chooseObject(commandDrawing(*this), prompt, show, chosen);
+    if (status == RTCAN) throw Cancelled{};
+    return chosen;
 }
 
 void CommandPrompt::say(std::u16string_view message) const {

@@ -6,6 +6,7 @@
 #include <deque>
 #include <map>
 #include <string>
+#include <vector>
 
 #include "db/database.h"
 #include "edit/sysvars.h"
@@ -41,6 +42,8 @@ struct DrawingState {
     int layout_viewport = 1;             ///< as currentViewport with TILEMODE 0
     History<Ucs> systems[2];             ///< of model space, of paper space
     std::map<int, History<View>> views;  ///< by the number of a layout's viewport; 0 the tiles
+    std::vector<AcDbObjectId> previous_choice;  ///< what was last chosen at a prompt
+    std::vector<AcDbObjectId> implied_choice;   ///< what is chosen for the next prompt
 };
 
 /// The state of a living drawing, with its defaults when it is first asked for.

@@ -22,15 +22,6 @@ void copyText(std::u16string_view text, size_t room, ACHAR* out) {
     out[text.size()] = 0;
 }
 
-/// Takes a Lisp expression for what it gives. False when it gave nothing.
-bool resolve(InputToken& token) {
-    const bool expression =
-        token.kind == Kind::Text && (token.text.starts_with(u'(') || token.text.starts_with(u'!'));
-    if (!expression) return true;
-    const std::u16string text = std::move(token.text);
-    return evaluateExpression(text, token);
-}
-
 }  // namespace
 
 int askAnswer(const InputRules& rules, const ACHAR* prompt, std::u16string_view wrong,
@@ -39,7 +30,7 @@ int askAnswer(const InputRules& rules, const ACHAR* prompt, std::u16string_view 
     for (;;) {
         InputToken token;
         if (!inputSource().next(request, token)) return RTCAN;
-        if (!resolve(token)) continue;
+        if (!resolveExpression(token)) continue;
         if (token.kind == Kind::Cancel) return RTCAN;
         if (token.kind == Kind::Enter) {
             if ((rules.flags & RSG_NONULL) == 0) return RTNONE;
@@ -309,7 +300,8 @@ int acedGetString(int blanks, const ACHAR* prompt, ACHAR* result) {
     InputToken token;
     const InputRequest request = {prompt == nullptr ? u"" : prompt, blanks != 0};
     if (!inputSource().next(request, token) || token.kind == Kind::Cancel) return RTCAN;
-    if (token.kind == Kind::Text && token.text.starts_with(u'!') && !resolve(token)) return RTCAN;
+    if (token.kind == Kind::Text && token.text.starts_with(u'!') && !resolveExpression(token))
+        return RTCAN;
     copyText(token.typed(), kTextRoom, result);
     return RTNORM;
 }

@@ -248,6 +248,14 @@ bool evaluateExpression(std::u16string_view text, InputToken& token) {
     return evaluator() && evaluator()(text, token);
 }
 
+bool resolveExpression(InputToken& token) {
+    const bool expression = token.kind == InputToken::Kind::Text &&
+                            (token.text.starts_with(u'(') || token.text.starts_with(u'!'));
+    if (!expression) return true;
+    const std::u16string text = std::move(token.text);
+    return evaluateExpression(text, token);
+}
+
 void setInputReader(InputReader reader) {
     user().setReader(std::move(reader));
 }

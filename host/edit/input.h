@@ -74,6 +74,10 @@ using ExpressionEvaluator = std::function<bool(std::u16string_view text, InputTo
 void setExpressionEvaluator(ExpressionEvaluator evaluator);
 bool evaluateExpression(std::u16string_view text, InputToken& token);
 
+/// Takes a typed "(...)" or "!name" for what it gives; any other answer stays. @return false when
+/// it gave nothing
+bool resolveExpression(InputToken& token);
+
 /// Length of the first answer of a typed line: up to a blank, a Lisp expression up to its last
 /// parenthesis, a quoted text up to its quote.
 size_t firstAnswerLength(std::u16string_view line);

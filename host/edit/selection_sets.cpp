@@ -1,12 +1,13 @@
-/// Selection sets: ordered members with hashed membership, in a limited number of slots.
+/// Selection sets by name: selections in a limited number of slots.
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <memory>
-#include <unordered_map>
-#include <vector>
+#include <utility>
 
 #include "base/faults.h"
-#include "db/database.h"
+#include "edit/selection.h"
+#include "edit/transform.h"
 #include "host/counters.h"
 
 namespace host {
@@ -16,40 +17,8 @@ namespace {
 constexpr size_t kMaxSets = 128;
 constexpr uint64_t kSetMark = 0x4B53U;
 
-struct SelectionSet {
-    std::vector<AcDbObjectId> members;  ///< null where one was taken out
-    std::unordered_map<uint64_t, size_t> places;
-    size_t holes = 0;
-
-    bool has(AcDbObjectId id) const { return places.count(id.asOldId()) != 0; }
-
-    void add(AcDbObjectId id) {
-        if (has(id)) return;
-        places.emplace(id.asOldId(), members.size());
-        members.push_back(id);
-    }
-
-    bool remove(AcDbObjectId id) {
-        const auto found = places.find(id.asOldId());
-        if (found == places.end()) return false;
-        members[found->second].setNull();
-        places.erase(found);
-        ++holes;
-        return true;
-    }
-
-    /// Closes the holes, so that indexes count members; done only when somebody asks by index.
-    void pack() {
-        if (holes == 0) return;
-        std::erase_if(members, [](AcDbObjectId id) { return id.isNull(); });
-        for (size_t i = 0; i < members.size(); ++i)
-            places[members[i].asOldId()] = i;
-        holes = 0;
-    }
-};
-
 struct Cell {
-    std::unique_ptr<SelectionSet> set;
+    std::unique_ptr<Selection> set;
     uint32_t generation = 0;
 };
 
@@ -58,32 +27,48 @@ std::array<Cell, kMaxSets>& cells() {
     return all;
 }
 
-SelectionSet* findSet(const ads_name name, size_t* index = nullptr) {
+/// The cell of a living set; NULL for any other name.
+Cell* findCell(const ads_name name) {
     if (name == nullptr) return nullptr;
     const auto word0 = static_cast<uint64_t>(name[0]);
     const size_t at = word0 & 0xFFFFU;
     if (word0 >> 48U != kSetMark || at >= kMaxSets) return nullptr;
-    const Cell& cell = cells()[at];
-    if (static_cast<uint64_t>(name[1]) != (kSetMark << 48U | cell.generation)) return nullptr;
-    if (index != nullptr) *index = at;
-    return cell.set.get();
+    Cell& cell = cells()[at];
+    const bool same = static_cast<uint64_t>(name[1]) == (kSetMark << 48U | cell.generation);
+    return same && cell.set != nullptr ? &cell : nullptr;
 }
 
-/// A new empty set; NULL when all slots are taken.
-SelectionSet* newSet(ads_name name) {
+/// Transforms one member. @return false for one that can't be
+bool transformMember(AcDbObjectId id, const AcGeMatrix3d& matrix) {
+    Database* database = Database::find(id);
+    if (database == nullptr) return false;
+    const Slot slot = database->slotOf(id);
+    const ObjectRecord& record = database->record(slot);
+    const bool in_use = record.writer || record.readers > 0;
+    if (record.erased || in_use || database->isOnLockedLayer(slot)) return false;
+    return transformEntity(*database, slot, matrix) == TransformEnd::Done;
+}
+
+}  // namespace
+
+Selection* selectionOf(const ads_name set) {
+    const Cell* cell = findCell(set);
+    return cell == nullptr ? nullptr : cell->set.get();
+}
+
+bool makeSelectionSet(Selection selection, ads_name set) {
     for (size_t i = 0; i < kMaxSets; ++i) {
         Cell& cell = cells()[i];
         if (cell.set != nullptr) continue;
-        cell.set = std::make_unique<SelectionSet>();
+        cell.set = std::make_unique<Selection>(std::move(selection));
         ++cell.generation;
-        name[0] = static_cast<int64_t>(kSetMark << 48U | i);
-        name[1] = static_cast<int64_t>(kSetMark << 48U | cell.generation);
-        return cell.set.get();
+        set[0] = static_cast<int64_t>(kSetMark << 48U | i);
+        set[1] = static_cast<int64_t>(kSetMark << 48U | cell.generation);
+        return true;
     }
-    return nullptr;
+    return false;
 }
 
-/// Id of a main entity that a set can hold; null for anything else.
 AcDbObjectId memberId(const ads_name entity) {
     const AcDbObjectId id = Database::idFromName(entity);
     const Database* database = Database::find(id);
@@ -91,8 +76,6 @@ AcDbObjectId memberId(const ads_name entity) {
     const ObjectRecord& record = database->record(database->slotOf(id));
     return record.object_class == ObjectClass::Entity ? id : AcDbObjectId{};
 }
-
-}  // namespace
 
 int64_t selectionSetCount() {
     return std::count_if(cells().begin(), cells().end(),
@@ -110,50 +93,73 @@ int acedSSAdd(const ads_name entity, const ads_name set, ads_name result) {
     const bool with_entity = entity != nullptr && !ads_name_nil(entity);
     const AcDbObjectId id = with_entity ? host::memberId(entity) : AcDbObjectId{};
     if (with_entity && id.isNull()) return RTERROR;
-    const bool is_new = set == nullptr || ads_name_nil(set);
-    ads_name made = {0, 0};
-    host::SelectionSet* target = is_new ? host::newSet(made) : host::findSet(set);
-    if (target == nullptr) return RTERROR;
-    if (with_entity) target->add(id);
-    ads_name_set(is_new ? made : set, result);
+    ads_name target = {0, 0};
+    if (set != nullptr) ads_name_set(set, target);
+    if (ads_name_nil(target) && !host::makeSelectionSet({}, target)) return RTERROR;
+    host::Selection* selection = host::selectionOf(target);
+    if (selection == nullptr) return RTERROR;
+    if (with_entity) selection->add(id);
+    ads_name_set(target, result);
     return RTNORM;
 }
 
 int acedSSDel(const ads_name entity, const ads_name set) {
-    host::SelectionSet* target = host::findSet(set);
-    if (target == nullptr) return RTERROR;
-    return target->remove(host::Database::idFromName(entity)) ? RTNORM : RTERROR;
+    int status = 0;
+    if (host::mustFail(host::Call::acedSSDel, status)) return status;
+    host::Selection* selection = host::selectionOf(set);
+    if (selection == nullptr) return RTERROR;
+    return selection->remove(host::Database::idFromName(entity)) ? RTNORM : RTERROR;
 }
 
 int acedSSLength(const ads_name set, int32_t* length) {
-    const host::SelectionSet* target = host::findSet(set);
-    if (target == nullptr || length == nullptr) return RTERROR;
-    *length = static_cast<int32_t>(target->places.size());
+    int status = 0;
+    if (host::mustFail(host::Call::acedSSLength, status)) return status;
+    const host::Selection* selection = host::selectionOf(set);
+    if (selection == nullptr || length == nullptr) return RTERROR;
+    *length = static_cast<int32_t>(selection->size());
     return RTNORM;
 }
 
 int acedSSName(const ads_name set, int32_t index, ads_name entity) {
     int status = 0;
     if (host::mustFail(host::Call::acedSSName, status)) return status;
-    host::SelectionSet* target = host::findSet(set);
-    if (target == nullptr || entity == nullptr) return RTERROR;
-    target->pack();
-    if (index < 0 || static_cast<size_t>(index) >= target->members.size()) return RTERROR;
-    return acdbGetAdsName(entity, target->members[static_cast<size_t>(index)]) == Acad::eOk
-               ? RTNORM
-               : RTERROR;
+    host::Selection* selection = host::selectionOf(set);
+    if (selection == nullptr || entity == nullptr || index < 0) return RTERROR;
+    const AcDbObjectId id = selection->at(static_cast<size_t>(index));
+    return !id.isNull() && acdbGetAdsName(entity, id) == Acad::eOk ? RTNORM : RTERROR;
 }
 
 int acedSSMemb(const ads_name entity, const ads_name set) {
-    const host::SelectionSet* target = host::findSet(set);
-    if (target == nullptr) return RTERROR;
-    return target->has(host::Database::idFromName(entity)) ? RTNORM : RTERROR;
+    int status = 0;
+    if (host::mustFail(host::Call::acedSSMemb, status)) return status;
+    const host::Selection* selection = host::selectionOf(set);
+    if (selection == nullptr) return RTERROR;
+    return selection->has(host::Database::idFromName(entity)) ? RTNORM : RTERROR;
 }
 
 int acedSSFree(const ads_name set) {
-    size_t index = 0;
-    if (host::findSet(set, &index) == nullptr) return RTERROR;
-    host::cells()[index].set.reset();
+    host::Cell* cell = host::findCell(set);
+    if (cell == nullptr) return RTERROR;
+    cell->set.reset();
     return RTNORM;
+}
+
+int acedXformSS(const ads_name set, ads_matrix matrix) {
+    int status = 0;
+    if (host::mustFail(host::Call::acedXformSS, status)) return status;
+    host::Selection* selection = host::selectionOf(set);
+    if (selection == nullptr || matrix == nullptr) return RTERROR;
+    AcGeMatrix3d transform;
+    for (unsigned int row = 0; row < 3; ++row) {
+        for (unsigned int column = 0; column < 4; ++column) {
+            if (!std::isfinite(matrix[row][column])) return RTERROR;
+            transform(row, column) = matrix[row][column];
+        }
+    }
+    if (transform.isSingular(0.0)) return RTERROR;
+    bool all = true;
+    for (size_t i = 0; i < selection->size(); ++i)
+        all = host::transformMember(selection->at(i), transform) && all;
+    return all ? RTNORM : RTERROR;
 }
 }

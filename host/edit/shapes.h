@@ -65,6 +65,8 @@ class ShapeWalker {
     /// A box in the coordinates of its block that nothing which an entity shows, or could show,
     /// reaches out of: hidden parts and lines without ends count, blocks with their boxes.
     AcDbExtents reachOf(Slot entity);
+    /// True for an entity that is visible on its layer, whether or not it is erased.
+    bool shows(Slot entity) { return isVisible(entity, layerOf(entity)); }
     /// True for an entity that stands for a block.
     bool inserts(Slot entity) const;
 

@@ -51,4 +51,15 @@ std::u16string_view nameArg(Interpreter& in, const Value& value) {
     return value.isSymbol() ? std::u16string_view(value.symbol()->name) : textArg(in, value);
 }
 
+bool pointOf(const Value& value, ads_point out) {
+    const Value* rest = &value;
+    int count = 0;
+    for (; rest->isCons() && count < 3; rest = &rest->cons()->cdr, ++count) {
+        if (!rest->cons()->car.isNumber()) return false;
+        out[count] = rest->cons()->car.number();
+    }
+    if (count == 2) out[2] = 0.0;
+    return count >= 2 && rest->isNil();
+}
+
 }  // namespace host::lisp

@@ -57,6 +57,10 @@ File* fileArg(Interpreter& in, const Value& value);
 /// A text or the name of a symbol.
 std::u16string_view nameArg(Interpreter& in, const Value& value);
 
+/// A list of two or three numbers as a point, with z 0 where there is none. @return false for
+/// anything else
+bool pointOf(const Value& value, ads_point out);
+
 /// The argument at `index`, nil where fewer were given.
 inline const Value& optionalArg(Args args, size_t index) {
     static const Value nothing;

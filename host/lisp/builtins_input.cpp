@@ -20,18 +20,6 @@ std::u16string promptArg(Interpreter& in, const Value& value) {
     return value.isNil() ? std::u16string() : std::u16string(textArg(in, value));
 }
 
-/// A list of two or three numbers.
-bool pointOf(const Value& value, ads_point out) {
-    const Value* rest = &value;
-    int count = 0;
-    for (; rest->isCons() && count < 3; rest = &rest->cons()->cdr, ++count) {
-        if (!rest->cons()->car.isNumber()) return false;
-        out[count] = rest->cons()->car.number();
-    }
-    if (count == 2) out[2] = 0.0;
-    return count >= 2 && rest->isNil();
-}
-
 Value pointValue(const ads_point point) {
     return makeList(Value::real(point[0]), Value::real(point[1]), Value::real(point[2]));
 }

@@ -170,6 +170,8 @@ class ListStack {
     std::vector<List> lists_;
 };
 
+}  // namespace
+
 Value chainValue(Interpreter& in, const resbuf* chain) {
     if (!chain->rbnext && chain->restype != RTLB) return nodeValue(in, *chain);
     const bool between = dotStandsBetween(chain);
@@ -189,8 +191,6 @@ Value chainValue(Interpreter& in, const resbuf* chain) {
         lists.close(false);
     return lists.result();
 }
-
-}  // namespace
 
 Value callNative(Interpreter& in, const External& external, Args args) {
     ChainBuilder chain(in);

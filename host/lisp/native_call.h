@@ -13,6 +13,8 @@ namespace host::lisp {
 Value callNative(Interpreter& in, const External& external, Args args);
 /// Value of one node that is no list marker, by its kind.
 Value nodeValue(Interpreter& in, const resbuf& node);
+/// Value of a chain: its one node, or its first list.
+Value chainValue(Interpreter& in, const resbuf* chain);
 
 }  // namespace host::lisp
 

@@ -8,6 +8,7 @@
 #include "acad/blocks.h"
 #include "acad/db.h"
 #include "acad/dict.h"
+#include "acad/documents.h"
 #include "acad/ed.h"
 #include "acad/entities.h"
 #include "acad/ge.h"

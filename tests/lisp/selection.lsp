@@ -1,4 +1,4 @@
-;;; Selecting entities of the whole drawing by a filter.
+;;; Selecting entities: of the whole drawing by a filter, by place, and the life of sets.
 
 (defun make (type groups) (entmake (append (list (cons 0 type)) groups)))
 (make "LINE" '((8 . "Pipes") (10 0 0 0) (11 1 0 0)))
@@ -107,4 +107,36 @@
 (is "deep" 1 '(count deep))
 (repeat 60 (setq deep (append '((-4 . "<AND")) deep '((-4 . "AND>")))))
 (is "too deep" 0 '(count deep))
+;; By place. What lies at a place stands in the tests of the editor.
+(command "_.zoom" "_e")
+(defun lines (set) (if set (sslength set) 0))
+(is "a window" 1 '(lines (ssget "_W" '(-0.1 -0.1) '(1.1 0.1) '((0 . "LINE")))))
+(is "a crossing window with a filter" 1 '(lines (ssget "C" '(0.5 -1) '(0.9 6) '((8 . "Pipes") (62 . 1)))))
+(is "a box from the right" 2 '(lines (ssget "_B" '(0.9 6) '(0.5 -1) '((8 . "Pipes")))))
+(is "a polygon" 1 '(lines (ssget "_CP" '((0.4 4) (0.6 4) (0.5 6)) '((0 . "LINE")))))
+(is "a fence" 2 '(lines (ssget "_F" '((0.5 -1) (0.5 6)) '((0 . "LINE")))))
+(is "at a point" 1 '(lines (ssget '(2.0 5.0))))
+(is "nowhere" nil '(ssget "_C" '(-50 -50) '(-40 -40)))
+(is "the last one" '("Marks") '(progn (setq s (ssget "_L")) (list (cdr (assoc 8 (entget (ssname s 0)))))))
+(is "the whole space" 6 '(lines (ssget "_A")))
+(fails "a window without corners" "too few arguments" '(ssget "W" '(0 0)))
+(fails "a corner that is none" "bad argument type: point \"a\"" '(ssget "W" '(0 0) "a"))
+(fails "more than a filter" "too many arguments" '(ssget "X" nil nil))
+(fails "no mode" "bad SSGET mode string" '(ssget "X:Q"))
+(fails "freed" "bad argument type: lselsetp 1" '(sslength 1))
+
+;; How members came, and what is chosen before a prompt.
+(is "how" '(3 -1) '(mapcar 'car (ssnamex (ssget "_C" '(0.5 4) '(0.9 6)))))
+(is "in no certain way" '(0) '(mapcar 'car (ssnamex (ssadd (entlast)))))
+(is "beyond the end" nil '(ssnamex (ssadd) 0))
+(is "chosen before" '(nil t) '(progn (sssetfirst nil (ssadd (entnext))) (setq s (ssgetfirst)) (list (car s) (= 1 (sslength (cadr s))))))
+(is "taken by the mode" 1 '(lines (ssget "_I")))
+(is "no more" '(nil nil) '(progn (sssetfirst nil nil) (ssgetfirst)))
+
+;; Sets are freed by hand, too.
+(is "all are left" T '(progn (setq s nil) (gc) (= 128 (kz_CADSelSet_getNumRemaining))))
+(is "one less" 127 '(progn (setq s (ssadd)) (kz_CADSelSet_getNumRemaining)))
+(is "destroyed" '(T 128 0) '(list (kz_CADSelSet_destroy s) (kz_CADSelSet_getNumRemaining) (sslength s)))
+(is "no set" nil '(kz_CADSelSet_destroy 1))
+(setq s nil)
 (finish)

@@ -198,13 +198,25 @@ ACAD_API int acedSetVar(const ACHAR* name, const resbuf* value);
 /// Adds an entity to a set: without a set (NULL or a nil name) a new one is made, without an entity
 /// an empty one. At most 128 sets live at once. `result` may be the set itself.
 ACAD_API int acedSSAdd(const ads_name entity, const ads_name set, ads_name result);
-/// Selects entities as a new set. The mode "X" takes those of model space and all layouts, in the
-/// order of the drawing, that `filter` lets through (NULL: all). Its groups must all be met; texts
-/// are wildcard patterns, a node -4 in front of a group compares ("=", "<>", ">=", "&", ">,>,*"
-/// ...) or opens and closes a group of tests ("<OR" ... "OR>", AND, XOR, NOT); behind -3 stand
-/// applications (1001) that must have XDATA on the entity. An underscore may stand in front of a
-/// mode. @return RTERROR for a chain that is no filter, when nothing is selected, and when there is
-/// no set left; RTREJ for a mode that does not exist here
+/// Selects entities as a new set. Points are in the user coordinate system; places are compared as
+/// they are seen in the present view, however deep. Modes, in any case and with or without an
+/// underscore:
+///   NULL    asks the user; with a point `first` it takes what is seen there
+///   X       model space and all layouts, hidden things too; A all of the current space that is not
+///           on a frozen layer
+///   W, C    what is inside of, or touches, the window of the points `first` and `second`; B is C
+///           for a second point on the left
+///   WP, CP  the same with a polygon, F what crosses an open path: `first` is a chain of points
+///   L, P, I the last visible entity, the last choice at a prompt, what acedSSSetFirst has set
+/// Behind a colon stand S (one choice), E (all that is under the pick box), L (nothing on locked
+/// layers), N (objects in blocks, see acedSSNameX) and D (members may come twice); they may be
+/// combined, as in ":S:E". `filter` lets entities through (NULL: all). Its groups must all be met;
+/// texts are wildcard patterns, a node -4 in front of a group compares ("=", "<>", ">=", "&",
+/// ">,>,*" ...) or opens and closes a group of tests ("<OR" ... "OR>", AND, XOR, NOT); behind -3
+/// stand applications (1001) that must have XDATA on the entity. The members are in the order of
+/// choosing, of one window in the order of the drawing. @return RTERROR for a chain that is no
+/// filter, points that are missing or make no polygon, when nothing is selected, and when there is
+/// no set left; RTCAN for a cancel; RTREJ for a mode that does not exist
 ACAD_API int acedSSGet(const ACHAR* mode, const void* first, const void* second,
                        const resbuf* filter, ads_name result);
 /// Takes an entity out of a set. @return RTERROR when it is no member
@@ -214,6 +226,25 @@ ACAD_API int acedSSLength(const ads_name set, int32_t* length);
 ACAD_API int acedSSName(const ads_name set, int32_t index, ads_name entity);
 /// RTNORM for a member.
 ACAD_API int acedSSMemb(const ads_name entity, const ads_name set);
+/// How member `index` was chosen, or all members with -1: in a list, a list (how entity 0 ...) for
+/// each, how being 0 in no certain way, 1 at a point, 2 by a window or polygon, 3 by one that
+/// crosses, 4 by a fence. Behind 1 and 4 stand points as (0 point [direction]) in the world, the
+/// direction toward the viewer when it isn't the z axis; behind 2 and 3 a number below 0, which is
+/// that of the list (number (0 corner) ...) behind those of the members. For an object in a block
+/// the entity is that object, and the list ends in (insertion ...), from the inner to the outer
+/// one. Caller releases.
+ACAD_API int acedSSNameX(resbuf** chain, const ads_name set, int32_t index);
+/// Transforms the members; points are multiplied from the right. @return RTERROR for a matrix that
+/// is singular, and when members could not be transformed (erased, open, on a locked layer, or not
+/// of a kind that takes the matrix); the others are
+ACAD_API int acedXformSS(const ads_name set, ads_matrix matrix);
+/// Makes the members of a set that are in the current space chosen before a command is given
+/// (NULL or a nil name: none). The second set is not used. @return RTERROR when PICKFIRST is off,
+/// and for a name that is no set
+ACAD_API int acedSSSetFirst(const ads_name set, const ads_name unused);
+/// The entities that are chosen so, as a new set in an RTPICKS node that the caller releases, the
+/// set apart; NULL for none. The first is that of grips, which are not here: NULL.
+ACAD_API int acedSSGetFirst(resbuf** grips, resbuf** chosen);
 /// Frees a set; its name is refused from now on.
 ACAD_API int acedSSFree(const ads_name set);
 
