@@ -170,7 +170,7 @@ std::vector<AcDbObjectId> CommandPrompt::entities(std::u16string_view prompt) {
             const std::u16string keyword =
                 token.kind == InputToken::Kind::Text ? keywords.match(token.text) : u"";
             if (keyword == u"Last") {
-                const Slot last = drawing.lastEntity();
+                const Slot last = drawing.lastEntity(currentSpace(drawing));
                 if (last != kNoSlot) chosen.add(last);
             } else if (keyword == u"Previous") {
                 for (const AcDbObjectId id : previousChoice()) {

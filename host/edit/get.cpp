@@ -66,7 +66,7 @@ int askAnswer(const InputRules& rules, const ACHAR* prompt, std::u16string_view 
 int readPoint(const InputToken& token, const ads_point from, ads_point out) {
     ads_point point;
     if (token.kind == Kind::Point) {
-        std::copy(token.point, token.point + 3, point);
+        handedPoint(token, point);
     } else if (token.kind != Kind::Text || !typedPoint(token.text, from, point)) {
         return kAskAgain;
     }

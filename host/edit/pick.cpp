@@ -223,7 +223,7 @@ int takeAnswer(Database& database, const InputToken& token, std::optional<Picked
         picked = namedBy(database, token.name);
     } else if (token.kind == InputToken::Kind::Text &&
                !Keywords(u"Last").match(token.text).empty()) {
-        const Slot last = database.lastEntity();
+        const Slot last = database.lastEntity(currentSpace(database));
         if (last != kNoSlot) picked = named(database, last);
     } else {
         const int status = readPoint(token, from, point);

@@ -302,7 +302,7 @@ bool answerToken(const Value& value, InputToken& token) {
     } else if (value.is(Kind::SelectionSet)) {
         token = InputToken::ofName(InputToken::Kind::Set, value.as<SelectionSet>()->name);
     } else if (pointOf(value, point)) {
-        token = InputToken::ofPoint(point);
+        token = InputToken::ofPoint(point, value.cons()->cdr.cons()->cdr.isNil());
     } else {
         return false;
     }

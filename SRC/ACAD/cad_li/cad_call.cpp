@@ -32,12 +32,15 @@ const int64_t* CadCall::drawingName() {
 
 kz_CADDwgId* CadCall::readDrawing(bool nil_allowed) {
     kz_CADDwgId* drawing = nullptr;
+    const resbuf* node = rest();
+    // A handle that nobody has reads as a null name, too.
+    const bool handle = node != nullptr && kz_Rb_typeRb(node) == KZ_RB_STRING;
     read([&](resbuf** cursor) {
         ads_name name = {};
         if (kz_Rb_getNextADSName(name, cursor, nullptr, nil_allowed ? 1 : 0) != 1) return 0;
         drawing = kz_CADDwgId_fromADSName(name, 1);
         // A name that is no drawing must not turn into the working database.
-        return drawing != nullptr || (nil_allowed && isNull(name)) ? 1 : 0;
+        return drawing != nullptr || (nil_allowed && !handle && isNull(name)) ? 1 : 0;
     });
     return drawing;
 }

@@ -51,7 +51,7 @@ class AttachedObjects : public test::SuiteTest {
             "(1002 . \"}\"))))))");
         saved("inner.dxf");
         attach("Inner", "inner.dxf");
-        insert("Inner", "(10 10.0 20.0 0.0) (50 . 90.0)");
+        insert("Inner", "(10 10.0 20.0 0.0) (50 . 1.5707963267948966)");
         saved("outer.dxf");
         open("outer.dxf");
         return firstOf(host::attachedDrawing(host::attachments(editor())[0].block));
