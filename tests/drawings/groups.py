@@ -34,13 +34,16 @@ def check_erased(version):
     saved = FOLDER / f"erased_{version}.dxf"
     run("eval", "-d", path, "-s", saved, f'(entdel (handent "{handles[1]}"))')
     audited(saved)
+    # The other writer has put them in an order of its own.
+    before = members(path, "KZ_AB_1")
     found = members(saved, "KZ_AB_1")
-    expect(found == [handles[0], handles[2], handles[3]], f"{version}: left {found}")
+    expect(sorted(before) == handles[:4], f"{version}: made {before}")
+    expect(found == [handle for handle in before if handle != handles[1]], f"{version}: left {found}")
     expect(b"340\n" + handles[1].encode() not in saved.read_bytes(), f"{version}: erased member")
     run("eval", "-d", path, "-s", saved, f'(entdel (handent "{handles[1]}"))',
         f'(entdel (handent "{handles[1]}"))')
     found = members(saved, "KZ_AB_1")
-    expect(found == handles[:4], f"{version}: brought back {found}")
+    expect(found == before, f"{version}: brought back {found}")
     changed = set(objects(saved)) - set(objects(path))
     expect(not any(b"GROUP" in part.split(b"\n")[1] for part in changed), f"{version}: group changed")
 
