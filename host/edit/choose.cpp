@@ -6,10 +6,12 @@
 #include <utility>
 
 #include "acad/ed.h"
+#include "edit/ask.h"
 #include "edit/documents.h"
 #include "edit/drawing_state.h"
 #include "edit/input.h"
 #include "edit/keywords.h"
+#include "edit/pick.h"
 #include "edit/sysvars.h"
 #include "edit/tag_values.h"
 #include "edit/typed_points.h"
@@ -267,8 +269,11 @@ class ObjectPrompt {
                 tried_ = true;
                 choice.addSet(token.name);
                 return Asked::Good;
-            case InputToken::Kind::Point:
-                return pick(placeOf(token), choice);
+            case InputToken::Kind::Point: {
+                ads_point point;
+                handedPoint(token, point);
+                return pick(pointFrom(point), choice);
+            }
             case InputToken::Kind::Text:
                 return typed(token.text, choice);
             default:
@@ -494,9 +499,8 @@ int chooseObject(Database& database, std::u16string_view prompt,
         if (token.kind == InputToken::Kind::Entity) {
             id = Database::idFromName(token.name);
         } else if (readPoint(token, from, point) == RTNORM) {
-            const ScreenRegion region = pickRegion(database, pointFrom(point));
-            const std::optional<Located> seen = topmostInRegion(database, region);
-            if (seen) id = database.idOf(seen->entity);
+            const std::optional<Picked> seen = pickAt(database, pointFrom(point));
+            if (seen) id = database.idOf(seen->main);
         }
         if (!id.isNull() && Database::find(id) == &database) {
             out = id;
