@@ -1,5 +1,5 @@
 /// Choosing objects by place and by property. What came out empty is no set.
-#include "CAD/selections.h"
+#include "chosen_set.h"
 #include "APP/services.h"
 #include "checks.h"
 #include "guards.h"
