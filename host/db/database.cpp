@@ -5,6 +5,7 @@
 
 #include "acad/blocks.h"
 #include "acad/dict.h"
+#include "acad/groups.h"
 #include "base/resbuf.h"
 #include "db/links.h"
 #include "host/counters.h"
@@ -208,6 +209,8 @@ Tags& Database::decodedTags(Slot slot) {
     if (!object.has_tags) decodeTags(records_[slot], object);
     const auto dictionary = dictionaries_.find(slot);
     if (dictionary != dictionaries_.end() && dictionary->second->changed) writeDictionaryTags(slot);
+    const auto group = groups_.find(slot);
+    if (group != groups_.end() && group->second->changed) writeGroupTags(slot);
     return object.tags;
 }
 
@@ -339,6 +342,7 @@ void Database::setErased(Slot slot, bool erased) {
     if (record.erased == erased) return;
     undo_.keepErased(slot);
     turnErased(slot);
+    if (isGroup(slot)) bindMembers(slot);
     if (record.object_class != ObjectClass::Entity) return;
     const Block* block = findBlock(record.owner);
     if (block == nullptr) return;
@@ -369,6 +373,7 @@ AcDbObject* Database::newInstance(Slot slot) {
     static constexpr Row kRows[] = {
         {"CIRCLE", []() -> AcDbObject* { return new AcDbCircle; }},
         {"ELLIPSE", []() -> AcDbObject* { return new AcDbEllipse; }},
+        {"GROUP", []() -> AcDbObject* { return new AcDbGroup; }},
         {"INSERT", []() -> AcDbObject* { return new AcDbBlockReference; }},
         {"POINT", []() -> AcDbObject* { return new AcDbPoint; }},
         {"XRECORD", []() -> AcDbObject* { return new AcDbXrecord; }}};

@@ -17,6 +17,7 @@
 
 #include "acad/db.h"
 #include "db/dictionary_data.h"
+#include "db/group_data.h"
 #include "db/handle_map.h"
 #include "db/tags.h"
 #include "db/undo.h"
@@ -242,11 +243,11 @@ class Database {
     void appendEntity(Slot record, Slot entity);
     /// The main entity of a sub-entity; the slot itself for a main entity.
     Slot mainEntity(Slot slot) const;
-    /// The last living main entity of the current space; kNoSlot when there is none.
-    Slot lastEntity();
-    /// The next living entity behind `slot` in its block, sub-entities too; from the start of the
-    /// current space for kNoSlot.
-    Slot nextEntity(Slot slot);
+    /// The last living main entity of a block; kNoSlot when there is none.
+    Slot lastEntity(Slot space);
+    /// The next living entity behind `slot` in its block, sub-entities too; for kNoSlot the first
+    /// of the block `space`.
+    Slot nextEntity(Slot slot, Slot space);
     /// True for an entity on a locked layer.
     bool isOnLockedLayer(Slot slot);
 
@@ -310,6 +311,22 @@ class Database {
         return dictionaries_;
     }
 
+    // --- groups ---------------------------------------------------------------------------------
+    //
+    // A group that a dictionary holds is among the reactors of each of its entities. Entities that
+    // are erased stay in their groups and are left out when the drawing is written.
+
+    bool isGroup(Slot slot) const;
+    /// Entities of a group in their order; NULL for another object.
+    GroupData* group(Slot slot);
+    /// Puts an entity into a group; an index behind the last one is the end. @return
+    /// eNotThatKindOfClass, eAlreadyInGroup
+    Acad::ErrorStatus groupInsert(Slot group, size_t index, Slot entity);
+    /// Takes one out. @return eNotThatKindOfClass, eKeyNotFound
+    Acad::ErrorStatus groupRemove(Slot group, Slot entity);
+    /// Gives a group other tags, with the entities that stand in them.
+    void changeGroupTags(Slot group, Tags tags);
+
     // --- header and file ------------------------------------------------------------------------
 
     HeaderVariable* header(std::string_view name);
@@ -357,6 +374,15 @@ class Database {
     /// The entries for a change; the caller has them already.
     void changeEntries(Slot slot);
     void removeEntry(Slot dictionary, size_t index);
+    std::unique_ptr<GroupData> decodeMembers(const Tags& groups) const;
+    void writeGroupTags(Slot slot);
+    /// The entities of a group for a change; the caller has them already.
+    void changeMembers(Slot slot);
+    /// Tells the entities of a group whether it is among their reactors.
+    void bindMembers(Slot slot);
+    void bindMember(Slot group, Slot entity, bool bound);
+    /// A group's key says whether it is an anonymous one.
+    void followEntry(Slot group, std::u16string_view key);
 
     friend class DatabaseList;
     friend class ::AcDbDatabase;
@@ -388,6 +414,7 @@ class Database {
 
     std::vector<std::unique_ptr<SymbolTable>> tables_;
     std::unordered_map<Slot, std::unique_ptr<DictionaryData>> dictionaries_;
+    std::unordered_map<Slot, std::unique_ptr<GroupData>> groups_;
     Slot named_objects_ = kNoSlot;
 
     std::vector<HeaderVariable> headers_;

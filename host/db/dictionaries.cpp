@@ -4,88 +4,11 @@
 #include <utility>
 
 #include "db/database.h"
+#include "db/reactors.h"
 #include "kz_tls21an/text.h"
 
 namespace host {
 namespace {
-
-constexpr std::u16string_view kReactors = u"{ACAD_REACTORS";
-
-/// Index of the group behind the one in braces that starts at `at`.
-size_t behindBraces(const Tags& tags, size_t at) {
-    const size_t end = findTag(tags, 102, at + 1);
-    return end < tags.size() ? end + 1 : at + 1;
-}
-
-/// Index of an object's owner group, or where it belongs: behind the groups in braces, which hold
-/// 330 groups of their own.
-size_t ownerPlace(const Tags& tags) {
-    size_t at = 1;
-    while (at < tags.size() && tags[at].code() != 100 && tags[at].code() != 330)
-        at = tags[at].code() == 102 ? behindBraces(tags, at) : at + 1;
-    return at;
-}
-
-bool hasOwnerGroup(const Tags& tags, size_t place) {
-    return place < tags.size() && tags[place].code() == 330;
-}
-
-void setOwnerGroup(Tags& tags, uint64_t owner) {
-    const size_t at = ownerPlace(tags);
-    const Tag link = Tag::handle(330, owner);
-    if (hasOwnerGroup(tags, at)) {
-        tags[at] = link;
-    } else {
-        tags.insert(tags.begin() + static_cast<std::ptrdiff_t>(at), link);
-    }
-}
-
-/// The group {ACAD_REACTORS in front of an object's owner; tags.size() when there is none.
-size_t findReactors(const Tags& tags) {
-    const dxf::TextCodec plain;
-    for (size_t at = 1; at < tags.size() && tags[at].code() != 100;) {
-        const bool braces = tags[at].code() == 102;
-        if (braces && tags[at].text(plain) == kReactors) return at;
-        at = braces ? behindBraces(tags, at) : at + 1;
-    }
-    return tags.size();
-}
-
-/// Index of a reactor in the group that starts at `group`, or of the group's end.
-size_t findReactor(const Tags& tags, size_t group, uint64_t handle) {
-    size_t at = group + 1;
-    while (at < tags.size() && tags[at].code() == 330 && tags[at].handleValue() != handle)
-        ++at;
-    return at;
-}
-
-/// A dictionary hears of what happens to its objects.
-void addReactor(Tags& tags, uint64_t handle) {
-    const auto insertAt = [&tags](size_t at, Tag tag) {
-        tags.insert(tags.begin() + static_cast<std::ptrdiff_t>(at), std::move(tag));
-    };
-    size_t group = findReactors(tags);
-    if (group == tags.size()) {
-        group = ownerPlace(tags);
-        insertAt(group, Tag(102, u"}"));
-        insertAt(group, Tag(102, std::u16string(kReactors)));
-    }
-    const size_t at = findReactor(tags, group, handle);
-    const bool present = at < tags.size() && tags[at].code() == 330;
-    if (!present) insertAt(at, Tag::handle(330, handle));
-}
-
-void removeReactor(Tags& tags, uint64_t handle) {
-    const size_t group = findReactors(tags);
-    if (group == tags.size()) return;
-    const size_t at = findReactor(tags, group, handle);
-    if (at == tags.size() || tags[at].code() != 330) return;
-    tags.erase(tags.begin() + static_cast<std::ptrdiff_t>(at));
-    const bool empty = group + 1 < tags.size() && tags[group + 1].code() == 102;
-    if (!empty) return;
-    const auto begin = tags.begin() + static_cast<std::ptrdiff_t>(group);
-    tags.erase(begin, begin + 2);
-}
 
 /// Keys are no longer than other names.
 bool isGoodKey(std::u16string_view key) {
@@ -218,6 +141,7 @@ Acad::ErrorStatus Database::dictionaryAdd(Slot slot, std::u16string_view key, Sl
     addReactor(groups, records_[slot].handle);
     setOwner(object, slot);
     touch(object);
+    if (isGroup(object)) followEntry(object, key);
     return Acad::eOk;
 }
 
@@ -234,6 +158,7 @@ void Database::removeEntry(Slot slot, size_t index) {
     removeReactor(groups, records_[slot].handle);
     setOwner(object, kNoSlot);
     touch(object);
+    if (isGroup(object)) bindMembers(object);
 }
 
 Acad::ErrorStatus Database::dictionaryRemove(Slot slot, std::u16string_view key) {
@@ -259,6 +184,8 @@ Acad::ErrorStatus Database::dictionaryRename(Slot slot, std::u16string_view key,
     undo_.keepKey(slot, index);
     entries->setKey(index, std::u16string(new_key));
     touch(slot);
+    const Slot object = dictionaryObject(slot, index);
+    if (isGroup(object)) followEntry(object, new_key);
     return Acad::eOk;
 }
 

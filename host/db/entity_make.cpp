@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "acad/ads.h"
+#include "base/angles.h"
 #include "base/faults.h"
 #include "base/resbuf.h"
 #include "db/entity_rules.h"
@@ -329,7 +330,8 @@ bool sameValue(const Database& database, const Tag& old_tag, const Tag& new_tag)
     using dxf::GroupType;
     switch (old_tag.type()) {
         case GroupType::Real:
-            return old_tag.real() == new_tag.real();
+            return old_tag.real() == new_tag.real() ||
+                   (isAngleCode(old_tag.code()) && isSameAngle(old_tag.real(), new_tag.real()));
         case GroupType::Int16:
         case GroupType::Int32:
         case GroupType::Int64:
@@ -469,7 +471,11 @@ bool modifyTags(Database& database, Slot slot, const resbuf* list) {
         !database.renameSymbol(slot, old_name, textOf(database, tags, 2))) {
         return false;
     }
-    database.changeTags(slot) = std::move(tags);
+    if (database.isGroup(slot)) {
+        database.changeGroupTags(slot, std::move(tags));
+    } else {
+        database.changeTags(slot) = std::move(tags);
+    }
     database.touch(slot);
     if (object_class == ObjectClass::TableRecord) database.recountLockedLayers();
     return true;

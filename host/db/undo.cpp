@@ -63,7 +63,7 @@ UndoJournal::Step& UndoJournal::step() {
 
 UndoJournal::Entry& UndoJournal::add(Kind kind, uint32_t slot) {
     std::vector<Entry>& entries = step().entries;
-    entries.push_back({kind, false, slot, 0, nullptr});
+    entries.push_back({kind, false, slot, 0, 0, nullptr});
     return entries.back();
 }
 
@@ -136,6 +136,13 @@ void UndoJournal::keepKey(uint32_t dictionary, size_t index) {
     entry.image->tags.emplace_back(3, database_.dictionaries_.at(dictionary)->entry(index).key);
 }
 
+void UndoJournal::keepMember(uint32_t group, uint32_t entity, size_t index) {
+    if (!recording()) return;
+    Entry& entry = add(Kind::Member, group);
+    entry.other = static_cast<uint32_t>(index);
+    entry.member = entity;
+}
+
 void UndoJournal::keepHeader(size_t place) {
     if (!recording()) return;
     Entry& entry = add(Kind::Header, static_cast<uint32_t>(place));
@@ -163,10 +170,23 @@ void UndoJournal::swapKey(Entry& entry) {
     dictionary.changed = true;
 }
 
+void UndoJournal::swapMember(Entry& entry) {
+    GroupData& members = *database_.groups_.at(entry.slot);
+    if (members.contains(entry.member)) {
+        entry.other = static_cast<uint32_t>(members.indexOf(entry.member));
+        members.remove(entry.member);
+    } else {
+        members.insert(entry.other, entry.member);
+    }
+    members.changed = true;
+}
+
 void UndoJournal::follow(uint32_t slot, const std::u16string& name_before) {
     const ObjectRecord& record = database_.records_[slot];
     const auto dictionary = database_.dictionaries_.find(slot);
     if (dictionary != database_.dictionaries_.end()) dictionary->second->changed = record.changed;
+    const auto group = database_.groups_.find(slot);
+    if (group != database_.groups_.end()) group->second->changed = record.changed;
     if (record.object_class != ObjectClass::TableRecord) return;
     layers_swapped_ = true;
     SymbolTable* symbols = database_.table(database_.typeName(slot));
@@ -182,6 +202,7 @@ void UndoJournal::follow(uint32_t slot, const std::u16string& name_before) {
 void UndoJournal::swap(Entry& entry) {
     if (entry.kind == Kind::Entry) return swapEntry(entry);
     if (entry.kind == Kind::Key) return swapKey(entry);
+    if (entry.kind == Kind::Member) return swapMember(entry);
     if (entry.kind == Kind::Erased) {
         database_.turnErased(entry.slot);
         layers_swapped_ = true;

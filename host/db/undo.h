@@ -46,6 +46,8 @@ class UndoJournal {
     void keepEntry(uint32_t dictionary, size_t index);
     /// The key of an entry.
     void keepKey(uint32_t dictionary, size_t index);
+    /// Whether a group has an entity; to be put in at `index`, or to be taken out from there.
+    void keepMember(uint32_t group, uint32_t entity, size_t index);
     void keepHeader(size_t place);
 
     /// Stops recording for a while; what happens meanwhile can't be undone.
@@ -86,12 +88,23 @@ class UndoJournal {
     size_t stepCount() const { return done_.size(); }
 
   private:
-    enum class Kind : uint8_t { Whole, TagList, Extended, Erased, Owner, Entry, Key, Header };
+    enum class Kind : uint8_t {
+        Whole,
+        TagList,
+        Extended,
+        Erased,
+        Owner,
+        Entry,
+        Key,
+        Member,
+        Header
+    };
     struct Entry {
         Kind kind;
         bool changed = false;  ///< of the object or header variable in its other state
         uint32_t slot = 0;     ///< object, or place of a header variable
-        uint32_t other = 0;    ///< owner, or index of a dictionary's entry
+        uint32_t other = 0;    ///< owner, or index of a dictionary's entry or in a group
+        uint32_t member = 0;   ///< entity of a group
         std::unique_ptr<ObjectData> image;
     };
     struct Step {
@@ -109,6 +122,7 @@ class UndoJournal {
     void swap(Entry& entry);
     void swapEntry(Entry& entry);
     void swapKey(Entry& entry);
+    void swapMember(Entry& entry);
     /// What hangs on tags that were swapped: names, dictionaries, locked layers.
     void follow(uint32_t slot, const std::u16string& name_before);
     void undoStep(Outcome& outcome);

@@ -61,7 +61,7 @@ class Composer {
             if (record.bytes != nullptr) {
                 if (record.erased || isLeftOut(slot)) {
                     edits_.push_back({record.bytes, record.bytes + record.size, {}});
-                } else if (record.changed) {
+                } else if (record.changed || holdsErased(slot)) {
                     std::string text;
                     appendObject(slot, text);
                     edits_.push_back({record.bytes, record.bytes + record.size, std::move(text)});
@@ -133,15 +133,42 @@ class Composer {
     void appendObject(Slot slot, std::string& out) {
         ObjectRecord& record = database_.record(slot);
         const ObjectData* data = record.data.get();
-        const bool tags_kept = record.bytes != nullptr && (data == nullptr || !data->tags_changed);
+        const bool tags_kept = record.bytes != nullptr &&
+                               (data == nullptr || !data->tags_changed) && !holdsErased(slot);
         if (tags_kept) {
             out.append(record.bytes, record.xdata_offset);
         } else {
-            for (const Tag& tag : database_.tags(slot))
-                tag.write(database_.codec(), out);
+            const bool group = database_.isGroup(slot);
+            for (const Tag& tag : database_.tags(slot)) {
+                if (!group || !isErasedMember(tag)) tag.write(database_.codec(), out);
+            }
         }
         writeXData(database_.xdata(slot), database_.codec(), out);
         out += record.data->tail;
+    }
+
+    // --- groups ---------------------------------------------------------------------------------
+
+    /// True for the entry of a group that leads to an erased entity: its drawing keeps it, so that
+    /// the entity may come back, but a file has no such entity.
+    bool isErasedMember(const Tag& tag) const {
+        if (tag.code() != 340) return false;
+        const Slot entity = database_.findHandle(tag.handleValue());
+        return entity != kNoSlot && database_.record(entity).erased;
+    }
+
+    bool holdsErased(Slot slot) {
+        if (!database_.isGroup(slot) || !anyErased()) return false;
+        const Tags& tags = database_.tags(slot);
+        return std::any_of(tags.begin(), tags.end(),
+                           [this](const Tag& tag) { return isErasedMember(tag); });
+    }
+
+    /// Most drawings have no erased entities, and their groups needn't be decoded.
+    bool anyErased() {
+        for (; !any_erased_ && looked_at_ < database_.slotCount(); ++looked_at_)
+            any_erased_ = database_.record(looked_at_).erased;
+        return any_erased_;
     }
 
     // --- sections -------------------------------------------------------------------------------
@@ -226,6 +253,8 @@ class Composer {
     enum class Known : uint8_t { No, Kept, LeftOut };
 
     Database& database_;
+    Slot looked_at_ = 1;  ///< objects below are not erased, or one was found
+    bool any_erased_ = false;
     std::vector<Known> known_;  ///< of objects whose owners were looked at
     std::vector<Edit> edits_;
     std::map<const char*, std::string> insertions_;

@@ -12,6 +12,7 @@
 #include "acad/ed.h"
 #include "acad/entities.h"
 #include "acad/ge.h"
+#include "acad/groups.h"
 #include "acad/rx.h"
 #include "acad/tables.h"
 #include "kz_tls21an/base36.h"

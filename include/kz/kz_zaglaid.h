@@ -8,6 +8,8 @@
 #include "kz/kz_dwgdata.h"
 #include "kz/kz_error.h"
 #include "kz/kz_fldcnv.h"
+#include "kz/kz_group.h"
+#include "kz/kz_group_fields.h"
 #include "kz/kz_input.h"
 #include "kz/kz_objid.h"
 #include "kz/kz_objprops.h"

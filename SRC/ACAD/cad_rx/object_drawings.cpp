@@ -16,10 +16,6 @@ constexpr size_t kPathSize = 513;
 constexpr int kPicked = 1;
 constexpr int kPickedInside = 2;
 
-bool isAttachment(const AcDbBlockTableRecord& block) {
-    return block.isFromExternalReference() || block.isFromOverlayReference();
-}
-
 /// The file of a drawing, when it has one.
 kz::OwnedText fileOf(const AcDbDatabase& drawing) {
     const ACHAR* name = nullptr;
@@ -33,22 +29,7 @@ kz::OwnedText editorFile() {
 
 /// True when one of the attachments of the working database is this drawing.
 bool isAttachedHere(const AcDbDatabase* drawing) {
-    const AcDbDatabase* working = kz::workingDatabase();
-    AcDbBlockTable* opened = nullptr;
-    if (working == nullptr || working->getSymbolTable(opened, AcDb::kForRead) != Acad::eOk) {
-        return false;
-    }
-    const kz::Opened<AcDbBlockTable> table(opened);
-    AcDbSymbolTableIterator* made = nullptr;
-    if (table->newIterator(made) != Acad::eOk) return false;
-    const std::unique_ptr<AcDbSymbolTableIterator> walk(made);
-    for (; !walk->done(); walk->step()) {
-        AcDbBlockTableRecord* record = nullptr;
-        if (walk->getRecord(record, AcDb::kForRead) != Acad::eOk) continue;
-        const kz::Opened<AcDbBlockTableRecord> block(record);
-        if (isAttachment(*block.get()) && block->xrefDatabase(true) == drawing) return true;
-    }
-    return false;
+    return kz::anyAttachedDrawing([&](AcDbDatabase* found) { return found == drawing; });
 }
 
 /// The name of a drawing that the service knows.
@@ -89,6 +70,31 @@ kz::OwnedText wholePath(kz::OwnedText file) {
 }
 
 }  // namespace
+
+bool kz::isAttachment(const AcDbBlockTableRecord& block) {
+    return block.isFromExternalReference() || block.isFromOverlayReference();
+}
+
+bool kz::anyAttachedDrawing(const std::function<bool(AcDbDatabase*)>& test) {
+    const AcDbDatabase* working = kz::workingDatabase();
+    AcDbBlockTable* opened = nullptr;
+    if (working == nullptr || working->getSymbolTable(opened, AcDb::kForRead) != Acad::eOk) {
+        return false;
+    }
+    const kz::Opened<AcDbBlockTable> table(opened);
+    AcDbSymbolTableIterator* made = nullptr;
+    if (table->newIterator(made) != Acad::eOk) return false;
+    const std::unique_ptr<AcDbSymbolTableIterator> walk(made);
+    for (; !walk->done(); walk->step()) {
+        AcDbBlockTableRecord* record = nullptr;
+        if (walk->getRecord(record, AcDb::kForRead) != Acad::eOk) continue;
+        const kz::Opened<AcDbBlockTableRecord> block(record);
+        AcDbDatabase* drawing =
+            kz::isAttachment(*block.get()) ? block->xrefDatabase(true) : nullptr;
+        if (drawing != nullptr && test(drawing)) return true;
+    }
+    return false;
+}
 
 kz_Char* kz_AcCAD_getDwgNameFromEnt(const AcDbEntity* entity, int* attached, int* foundOpen,
                                     int search) {
