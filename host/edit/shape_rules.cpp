@@ -433,9 +433,10 @@ void EntityShape::insertion() {
 
 void EntityShape::text() {
     const AcGeMatrix3d plane = entityPlane();
-    textBox(ownTags(tags()), database_.codec()).show([&](const AcGePoint3d& from, const AcGePoint3d& to) {
-        curve(Curve::line(from, to), CurveRole::Frame, plane);
-    });
+    textBox(ownTags(tags()), database_.codec())
+        .show([&](const AcGePoint3d& from, const AcGePoint3d& to) {
+            curve(Curve::line(from, to), CurveRole::Frame, plane);
+        });
     mark(MarkKind::Insertion, textAnchor(ownTags(tags())), plane);
 }
 
