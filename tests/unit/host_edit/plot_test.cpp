@@ -167,7 +167,9 @@ TEST_F(Plots, TheWindowIsThePartOfThePageThatIsDrawnOn) {
     request_.has_window = false;
     EXPECT_EQ(plot(),
               "stroke 0/0/0 0.25: 200.77,287 219.23,287\nstroke 0/0/0 0.25: 200.77,10 219.23,10");
-    make("(0 . \"XLINE\") (8 . \"0\") (10 0.0 0.0 0.0) (11 1.0 0.0 0.0)");
+    make(
+        "(0 . \"XLINE\") (100 . \"AcDbEntity\") (8 . \"0\") (100 . \"AcDbXline\") (10 0.0 0.0 0.0) "
+        "(11 1.0 0.0 0.0)");
     EXPECT_NE(plot().find("stroke 0/0/0 0.25: -990,287 1410,287"), std::string::npos)
         << "the far ends of an endless line are cut";
 }
@@ -185,7 +187,7 @@ TEST_F(Plots, PolylinesKeepTheirWidthsAndAreasTheirHoles) {
     EXPECT_EQ(plot(),
               "stroke 0/0/0 2: 10,287 20,287 10,277 close\n"
               "stroke 0/0/0 0.25: 10,287 20,287\n"
-              "fill 0/0/0: 10,285 20,287 20,287 10,289 close\n"
+              "fill 0/0/0: 10,289 20,287 20,287 10,285 close\n"
               "fill 255/0/0: 10,287 20,287 20,277 10,277 10,287");
     eval("(setvar \"FILLMODE\" 0)");
     EXPECT_EQ(plot().find("fill"), std::string::npos);
