@@ -177,7 +177,8 @@ KZ_EXPORT void kz_AcGroup_endGetNext(void);
 // Of a group with a master, its entities in their order; unless `noChildren` is set those of its
 // child groups of the type come first, the deepest ones in front. With a type only groups of it
 // count, with a sub-group name (NULL, empty and "*": none) only members of that sub-group, and
-// unless `includeMaster` is set not the masters. An invalid group adds group error 1.
+// unless `includeMaster` is set not the masters; a master counts as in the first of its sub-groups.
+// An invalid group adds group error 1.
 
 /// As a new selection set, or list, that the caller destroys. @return NULL when there is nothing
 KZ_EXPORT kz_CADSelSet* kz_Group_getMemberSelSet(const kz_GroupId* id, const kz_Char* type,

@@ -18,7 +18,8 @@ bool isGiven(const kz_GroupId* id) {
 /// The child of this name when it is of the type.
 kz::OwnedGroup childOfType(const kz_Char* name, const kz_Char* type) {
     kz::OwnedGroup child(*name != 0 ? kz_Group_getId(name) : nullptr);
-    return kz_Group_isTypeOf(child.get(), type) == 1 ? std::move(child) : nullptr;
+    const bool fits = child != nullptr && kz_Group_isTypeOf(child.get(), type) == 1;
+    return fits ? std::move(child) : nullptr;
 }
 
 }  // namespace

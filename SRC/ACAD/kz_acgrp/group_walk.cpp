@@ -42,7 +42,8 @@ void Walk::close() {
     ads_name name = {};
     iterator_.reset();
     // A drawing that was closed took its dictionary along.
-    const bool there = dictionary_ != nullptr && acdbGetAdsName(name, dictionary_id_) == Acad::eOk;
+    const bool there =
+        dictionary_ != nullptr && acdbGetAdsName(name, dictionary_id_) != Acad::ePermanentlyErased;
     if (there) dictionary_->close();
     dictionary_ = nullptr;
     fresh_ = false;
