@@ -93,6 +93,8 @@ void Database::changeGroupTags(Slot slot, Tags tags) {
         groupRemove(slot, order[i]);
         groupInsert(slot, i, order[i]);
     }
+    // Other programs don't always tell the entities of their groups.
+    bindMembers(slot);
 }
 
 // --- reactors -----------------------------------------------------------------------------------

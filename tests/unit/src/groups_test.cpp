@@ -242,7 +242,7 @@ TEST_F(Groups, ChainsOfBothFormsLeadToTheGroup) {
     EXPECT_EQ(nameOf(kz_Group_getFromXdata(bare, 0)), "KZ_AB_1");
     const std::string after = test::take(bare);
     EXPECT_NE(after.find("1001:OTHER"), std::string::npos) << "the chain is whole again";
-    resbuf* filter = test::chain("1001:*");
+    resbuf* filter = test::chain("\"*\"");
     resbuf* list = acdbEntGetX(member, filter);
     EXPECT_EQ(nameOf(kz_Group_getFromXdata(list, 0)), "KZ_AB_1");
     kz_ResBuf_release(filter);
