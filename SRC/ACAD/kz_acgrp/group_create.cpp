@@ -13,7 +13,12 @@ constexpr const kz_Char* kPrefix = KZ_T("KZ_");
 constexpr int kHandleInName = 25;
 constexpr const kz_Char* kAnyType = KZ_T("*");
 
-using OwnedTexts = std::unique_ptr<kz_LnkList, kz::Destroyer<kz_StrList_destroy>>;
+void destroyTexts(kz_LnkList* texts) {
+    kz_LnkList_destroy(texts, kz_Free);
+}
+
+/// A list of texts that it owns.
+using OwnedTexts = std::unique_ptr<kz_LnkList, kz::Destroyer<destroyTexts>>;
 
 /// What a group is made of.
 struct Parts {
@@ -64,9 +69,8 @@ bool makeNameFree(const AcDbDictionary& groups, kz_Char* name) {
         kz_Str_ncpy(taken, name, kz::kLongestName);
         kz_Group_getUniqueName(name, kPrefix);
         if (kz_Str_cmpi(taken, name) != 0) continue;
-        acutPrintf(KZ_T("%s"),
-                   kz_Msg(KZ_T("Severe Error! Cannot create unique group name."), KZ_T("TOOL"), 3));
-        acutPrintf(KZ_T("%s"), kz_Msg(KZ_T("Contact Movar support."), KZ_T("TOOL"), 7));
+        acutPrintf(KZ_T("%s"), kz_Msg("Severe Error! Cannot create unique group name.", "TOOL", 3));
+        acutPrintf(KZ_T("%s"), kz_Msg("Contact Movar support.", "TOOL", 7));
         return false;
     }
     return true;
