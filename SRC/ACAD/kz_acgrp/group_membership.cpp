@@ -80,24 +80,34 @@ int leaveContainer(const kz_GroupId* container, const AcDbObjectId& entity) {
     return kept ? 1 : 0;
 }
 
-/// Ends the sub-group of the entity. The lists of a master go with its group.
+/// Ends the sub-group of a member.
 int leaveSubGroup(const Leaver& leaver) {
     kz_Char name[kz::kNameSize];
     if (kz_Group_enameGetSubGroupName(name, leaver.object->ename) != 1) return 1;
     if (kz_Group_removeSubGroupRef(leaver.object->ename) != 1) return 0;
-    if (leaver.is_master) return 1;
     return kz_SubGroup_removeMemberRef(leaver.master->ename, name, leaver.object->ename);
 }
 
-int leave(int* group_erased, const Leaver& leaver) {
+/// Ends a group that its master leaves as the last living entity. The container must not keep those
+/// that are erased, and the tree not the name.
+int leaveAsLast(int* group_erased, const Leaver& leaver, const kz_GroupId* container) {
+    int status = 1;
+    if (container != nullptr) status = kz_Group_removeFromContainerGroup(container, leaver.id);
     if (!takeOut(leaver.group, leaver.entity)) return 0;
+    kz_Group_removeGroupRefs(leaver.id);
+    if (kz_AcDbGroup_delete(&leaver.group) != 1) return 0;
+    if (group_erased != nullptr) *group_erased = 1;
+    return status;
+}
+
+int leave(int* group_erased, const Leaver& leaver) {
     const kz::OwnedGroup container(kz_Group_getContainerGroup(leaver.id));
     if (leaver.is_master) {
-        // The tree must not keep the name of a group that is gone.
-        kz_Group_removeGroupRefs(leaver.id);
-        if (kz_AcDbGroup_delete(&leaver.group) != 1) return 0;
-        if (group_erased != nullptr) *group_erased = 1;
+        const int status = leaveAsLast(group_erased, leaver, container.get());
+        kz_XData_objDeleteFldList(leaver.object, kz::kSubGroupApp);
+        return kz_XData_objDeleteFldList(leaver.object, kz::kGroupApp) == 1 ? status : 0;
     }
+    if (!takeOut(leaver.group, leaver.entity)) return 0;
     if (kz_XData_objDeleteFldList(leaver.object, kz::kGroupApp) != 1) return 0;
     const int sub_group = leaveSubGroup(leaver);
     const int status = container != nullptr ? leaveContainer(container.get(), leaver.entity) : 1;
