@@ -20,9 +20,7 @@ int moveGroupFields(const kz_CADObjId* to, const kz_CADObjId* from) {
     const kz::OwnedFldList fields(kz_XData_getFldList(from->ename, nullptr, kz::kGroupApp));
     if (fields == nullptr || kz_Group_getHandleFromEname(handle, to->ename) != 1) return 0;
     if (kz_XData_objModFldList(to, fields.get(), kz::kGroupApp) != 1) return 0;
-    const kz::OwnedFldList role(kz_FldList_create(nullptr, 0, nullptr, 0));
-    if (kz_FldList_addCharVal(role.get(), kz::kRoleField, kz::kMemberRole) != 1) return 0;
-    if (kz_FldList_addHandleVal(role.get(), kz::kMasterField, handle) != 1) return 0;
+    const kz::OwnedFldList role = kz::memberFields(handle);
     if (kz_XData_objModFldList(from, role.get(), kz::kGroupApp) != 1) return 0;
     int status = 1;
     for (const kz_Char* field :
