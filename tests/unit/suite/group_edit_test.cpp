@@ -676,7 +676,8 @@ TEST_F(DamagedTree, every_platform_call_may_fail) {
                                    KZ_T("THIRD"));
     const std::vector<std::function<void()>> operations = {
         [&] {
-            make("NEW", {"a", "b"}, "B", "S");
+            kz_Group_destroyId(kz_Group_createFromSelSet(nullptr, nullptr, KZ_T("S"), nullptr,
+                                                         chosen.get(), group("B").get()));
         },
         [&] { makeChild("B", "X"); },
         [&] { makeChild("B", "X", 1); },
