@@ -24,6 +24,7 @@ using Run = std::function<Status()>;
 Run defineConsole(Options& options);
 Run defineEval(Options& options);
 Run defineRun(Options& options);
+Run definePlot(Options& options);
 
 /// A row of the table of commands.
 struct Command {

@@ -26,6 +26,7 @@ int main(int argc, char** argv) {
             {"eval", "Evaluate expressions on a drawing and print the value of each",
              console::defineEval},
             {"run", "Load Lisp scripts on a drawing", console::defineRun},
+            {"plot", "Draw a picture of a drawing", console::definePlot},
         }};
     return console::parseAndRun(argc, argv, program);
 }

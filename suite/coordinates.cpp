@@ -119,8 +119,7 @@ void readView(kz_Vector& direction, double& twist) {
     for (const resbuf* node = view; node != nullptr; node = node->rbnext) {
         const ads_real* const at = node->resval.rpoint;
         if (node->restype == 16) direction = {at[0], at[1], at[2]};
-        // The record holds degrees.
-        if (node->restype == 51) twist = kz_Cnv_dtor(node->resval.rreal);
+        if (node->restype == 51) twist = node->resval.rreal;
     }
     acutRelRb(view);
 }

@@ -6,6 +6,7 @@
 #include "acad/ads.h"
 #include "command/drafting.h"
 #include "command/erased.h"
+#include "command/insertion.h"
 #include "dxf/reader.h"
 #include "edit/block_definition.h"
 #include "edit/copy.h"
@@ -111,7 +112,18 @@ class InsertCommand {
         : prompt_(prompt), drafting_(prompt), drawing_(drafting_.drawing()) {}
 
     void run() {
-        if (!askBlock()) return;
+        if (askBlock()) place();
+    }
+
+    /// Inserts a block of the drawing.
+    void run(Slot block) {
+        block_ = block;
+        name_ = drawing_.symbolName(block);
+        place();
+    }
+
+  private:
+    void place() {
         askPlace();
         if (!scaled_) askScales();
         if (!turned_) {
@@ -124,7 +136,6 @@ class InsertCommand {
         setVariable("INSNAME", name_);
     }
 
-  private:
     std::u16string textOf(Slot slot, int code) {
         const Tags& tags = drawing_.tags(slot);
         const size_t at = findTag(tags, code);
@@ -162,10 +173,7 @@ class InsertCommand {
         if (block_ != kNoSlot) return true;
         if (name_.starts_with(u'*')) prompt_.refuse(u"inserting single entities is not available.");
         const std::u16string file = name_;
-        const size_t folder = file.find_last_of(u"/\\");
-        std::u16string block = folder == std::u16string::npos ? file : file.substr(folder + 1);
-        block.erase(std::min(block.rfind(u'.'), block.size()));
-        return takeFile(block, file);
+        return takeFile(blockNameOf(file), file);
     }
 
     // --- blocks from files ----------------------------------------------------------------------
@@ -434,6 +442,17 @@ const Command kCommands[] = {
 };
 
 }  // namespace
+
+void askAndInsert(CommandPrompt& prompt, Slot block) {
+    InsertCommand(prompt).run(block);
+}
+
+std::u16string blockNameOf(const std::u16string& path) {
+    const size_t folder = path.find_last_of(u"/\\");
+    std::u16string name = folder == std::u16string::npos ? path : path.substr(folder + 1);
+    name.erase(std::min(name.rfind(u'.'), name.size()));
+    return name;
+}
 
 std::span<const Command> blockCommands() {
     return kCommands;

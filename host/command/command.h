@@ -90,6 +90,7 @@ std::span<const Command> arcCommands();
 std::span<const Command> polylineCommands();
 std::span<const Command> textCommands();
 std::span<const Command> blockCommands();
+std::span<const Command> xrefCommands();
 std::span<const Command> modifyCommands();
 std::span<const Command> propertyCommands();
 std::span<const Command> layerCommands();

@@ -1,10 +1,9 @@
 /// LAYER. It repeats its prompt up to Enter; each option has its effect at once.
 #include <array>
-#include <unordered_set>
 
 #include "acad/ads.h"
-#include "base/wildcard.h"
 #include "command/drafting.h"
+#include "command/name_lists.h"
 #include "command/property_values.h"
 #include "edit/drawing_state.h"
 #include "edit/sysvars.h"
@@ -63,34 +62,9 @@ class LayerCommand {
 
     /// Layers that a list of names and wildcards means, each once. What means none is told.
     std::vector<Slot> listed(std::u16string_view list) {
-        std::vector<Slot> layers;
-        std::unordered_set<Slot> seen;
-        for (size_t at = 0; at <= list.size();) {
-            const size_t end = std::min(list.find(u',', at), list.size());
-            const std::u16string item(list.substr(at, end - at));
-            at = end + 1;
-            if (item.empty()) continue;
-            const std::vector<Slot> found = matching(item);
-            if (found.empty()) prompt_.say(u"Cannot find layer " + quoted(item) + u".");
-            for (const Slot layer : found) {
-                if (seen.insert(layer).second) layers.push_back(layer);
-            }
-        }
-        return layers;
-    }
-
-    std::vector<Slot> matching(const std::u16string& item) {
-        if (const Slot layer = find(item); layer != kNoSlot) return {layer};
-        std::vector<Slot> layers;
-        const SymbolTable* table = drawing_.table("LAYER");
-        if (table == nullptr || !hasWildcard(item)) return layers;
-        for (const Slot layer : table->records) {
-            const bool living = !drawing_.record(layer).erased;
-            if (living && wildcardMatchNoCase(drawing_.symbolName(layer), item)) {
-                layers.push_back(layer);
-            }
-        }
-        return layers;
+        return listedRecords(drawing_, "LAYER", list, {}, [this](const std::u16string& item) {
+            prompt_.say(u"Cannot find layer " + quoted(item) + u".");
+        });
     }
 
     /// Asks for layers; Enter means the current one where `or_current` is set, otherwise none.

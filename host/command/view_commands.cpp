@@ -93,7 +93,7 @@ class ZoomCommand {
 
     static bool pointOf(const InputToken& token, ads_point out) {
         if (token.kind == InputToken::Kind::Point) {
-            std::copy(token.point, token.point + 3, out);
+            handedPoint(token, out);
             return true;
         }
         ads_point from;

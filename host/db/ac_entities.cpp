@@ -5,6 +5,7 @@
 #include <numbers>
 
 #include "acad/entities.h"
+#include "base/angles.h"
 #include "db/ac_fault.h"
 #include "db/database.h"
 #include "db/entity_content.h"
@@ -27,7 +28,6 @@ constexpr int kColourName = 430;
 constexpr int64_t kByLayer = 256;
 constexpr const ACHAR* kByLayerName = u"ByLayer";
 constexpr const ACHAR* kByBlockName = u"ByBlock";
-constexpr double kDegree = std::numbers::pi / 180.0;
 
 /// True when the common group has this value already, or for NULL none.
 bool hasCommonGroup(const host::Tags& tags, const host::dxf::TextCodec& codec, int code,
@@ -429,11 +429,11 @@ Acad::ErrorStatus AcDbBlockReference::setPosition(const AcGePoint3d& position) {
 }
 
 double AcDbBlockReference::rotation() const {
-    return host::realOf(groups(), 50, 0.0) * kDegree;
+    return host::toRadians(host::realOf(groups(), 50, 0.0));
 }
 
 Acad::ErrorStatus AcDbBlockReference::setRotation(double angle) {
-    return std::isfinite(angle) ? setReal(50, angle / kDegree) : Acad::eInvalidInput;
+    return std::isfinite(angle) ? setReal(50, host::toDegrees(angle)) : Acad::eInvalidInput;
 }
 
 AcGePoint3d AcDbBlockReference::basePoint() const {

@@ -3,10 +3,14 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <unordered_set>
 
 #include "base/search_path.h"
 #include "db/links.h"
 #include "dxf/reader.h"
+#include "edit/block_definition.h"
+#include "edit/input.h"
+#include "edit/tag_values.h"
 #include "kz_tls21an/text.h"
 
 namespace fs = std::filesystem;
@@ -27,56 +31,18 @@ std::u16string textOf(Database& drawing, Slot slot, int code) {
     return at < tags.size() ? tags[at].text(drawing.codec()) : std::u16string();
 }
 
-int64_t integerOf(Database& drawing, Slot slot, int code, int64_t otherwise) {
-    const Tags& tags = drawing.tags(slot);
-    const size_t at = findTag(tags, code);
-    return at < tags.size() ? tags[at].integer() : otherwise;
-}
-
-Slot makeBlockEnd(Database& drawing, Slot record, std::string_view type, Tags tags) {
-    const ObjectClass kind = type == "BLOCK" ? ObjectClass::BlockBegin : ObjectClass::BlockEnd;
-    const Slot slot =
-        drawing.makeRecord(type, kind, drawing.record(record).handle, std::move(tags));
-    drawing.record(slot).owner = record;
-    return slot;
-}
-
 Slot makeBlock(Database& drawing, std::u16string_view name, std::u16string_view path,
                int64_t flags) {
-    Tags extra;
-    extra.emplace_back(70, int64_t{0});
-    extra.emplace_back(280, int64_t{1});
-    extra.emplace_back(281, int64_t{0});
-    const Slot record = drawing.makeSymbol("BLOCK_RECORD", name, std::move(extra));
+    const Slot record = drawing.makeSymbol("BLOCK_RECORD", name, blockRecordTags(drawing));
     if (record == kNoSlot) return kNoSlot;
-    Tags begin;
-    begin.emplace_back(100, u"AcDbEntity");
-    begin.emplace_back(8, u"0");
-    begin.emplace_back(100, u"AcDbBlockBegin");
-    begin.emplace_back(2, std::u16string(name));
-    begin.emplace_back(70, flags);
-    for (const int code : {10, 20, 30})
-        begin.emplace_back(code, 0.0);
-    begin.emplace_back(3, std::u16string(name));
-    begin.emplace_back(1, std::u16string(path));
-    Tags end;
-    end.emplace_back(100, u"AcDbEntity");
-    end.emplace_back(8, u"0");
-    end.emplace_back(100, u"AcDbBlockEnd");
-    const Slot first = makeBlockEnd(drawing, record, "BLOCK", std::move(begin));
-    const Slot last = makeBlockEnd(drawing, record, "ENDBLK", std::move(end));
-    Block& block = drawing.block(record);
-    block.begin = first;
-    block.end = last;
+    addBlockEnds(drawing, record, {});
+    Tags& begin = drawing.changeTags(drawing.block(record).begin);
+    replaceTag(begin, Tag(70, flags));
+    replaceTag(begin, Tag(1, std::u16string(path)));
     return record;
 }
 
 // --- dependent symbols --------------------------------------------------------------------------
-
-bool startsWithName(std::u16string_view text, std::u16string_view prefix) {
-    return text.size() > prefix.size() &&
-           kz::compareNoCase(text.substr(0, prefix.size()), prefix) == 0;
-}
 
 /// Groups of a line type without its references to other objects, which mean nothing elsewhere.
 /// Empty for one that can't do without them.
@@ -113,8 +79,8 @@ class DependentSymbols {
         });
         forEach("LAYER", [this](Slot record, const std::u16string& name) {
             Tags groups;
-            groups.emplace_back(70, integerOf(from_, record, 70, 0) | kDependent | kResolved);
-            groups.emplace_back(62, integerOf(from_, record, 62, 7));
+            groups.emplace_back(70, integerOf(from_.tags(record), 70, 0) | kDependent | kResolved);
+            groups.emplace_back(62, integerOf(from_.tags(record), 62, 7));
             groups.emplace_back(6, lineType(textOf(from_, record, 6)));
             to_.makeSymbol("LAYER", depending(name), std::move(groups));
         });
@@ -151,13 +117,18 @@ class DependentSymbols {
     std::u16string prefix_;
 };
 
-void eraseDependentSymbols(Database& drawing, const std::u16string& name) {
+/// Names of blocks that go, in upper case.
+using NameSet = std::unordered_set<std::u16string>;
+
+void eraseDependentSymbols(Database& drawing, const NameSet& blocks) {
     for (const char* table : {"LAYER", "LTYPE", "STYLE", "DIMSTYLE"}) {
         const SymbolTable* symbols = drawing.table(table);
         if (symbols == nullptr) continue;
         for (const Slot record : symbols->records) {
             if (drawing.record(record).erased) continue;
-            if (startsWithName(drawing.symbolName(record), name + u"|")) {
+            const std::u16string name = drawing.symbolName(record);
+            const size_t bar = name.find(u'|');
+            if (bar != std::u16string::npos && blocks.contains(kz::toUpper(name.substr(0, bar)))) {
                 drawing.setErased(record, true);
             }
         }
@@ -165,46 +136,131 @@ void eraseDependentSymbols(Database& drawing, const std::u16string& name) {
     drawing.recountLockedLayers();
 }
 
+void eraseReferences(Database& drawing, const NameSet& blocks) {
+    for (const Slot record : drawing.blockRecords()) {
+        const Block* block = drawing.findBlock(record);
+        for (size_t i = 0; block != nullptr && i < block->contents.size(); ++i) {
+            const Slot slot = block->contents[i];
+            if (drawing.record(slot).erased || drawing.typeName(slot) != "INSERT") continue;
+            if (blocks.contains(kz::toUpper(textOf(drawing, slot, 2)))) {
+                drawing.setErased(slot, true);
+            }
+        }
+    }
+}
+
+// --- unloaded attachments -----------------------------------------------------------------------
+
+/// XDATA of this application marks the record of an unloaded one: it is undone, saved and read like
+/// all that the drawing holds.
+constexpr std::u16string_view kUnloadedMark = u"KZ_UNLOADED";
+
+bool isUnloaded(Database& drawing, Slot block) {
+    const XData& data = drawing.xdata(block);
+    return std::any_of(data.begin(), data.end(),
+                       [](const AppData& app) { return app.app == kUnloadedMark; });
+}
+
+void setUnloaded(Database& drawing, Slot block, bool unloaded) {
+    if (isUnloaded(drawing, block) == unloaded) return;
+    if (drawing.findSymbol("APPID", kUnloadedMark) == kNoSlot) {
+        Tags tags;
+        tags.emplace_back(70, int64_t{0});
+        drawing.makeSymbol("APPID", kUnloadedMark, std::move(tags));
+    }
+    std::u16string name(kUnloadedMark);
+    resbuf value{};
+    value.restype = 1070;
+    value.resval.rint = 1;
+    resbuf application{};
+    application.restype = 1001;
+    application.resval.rstring = name.data();
+    if (unloaded) application.rbnext = &value;
+    drawing.changeTags(block);  // tells who goes by what is seen, also when this is undone
+    drawing.setXData(block, &application);
+}
+
+// --- files --------------------------------------------------------------------------------------
+
 /// The file of an attachment when it may be read; a sentence in `refusal` otherwise.
-std::string usableFile(Database& drawing, std::u16string_view path, std::u16string& refusal) {
+std::string usableFile(Database& drawing, std::u16string_view path, AttachmentState& state,
+                       std::u16string& refusal) {
     std::string file = attachmentFile(drawing, path);
     if (file.empty()) {
+        state = AttachmentState::Missing;
         refusal = u"the file \"" + std::u16string(path) + u"\" is not found.";
     } else if (leadsBack(&drawing, file)) {
+        state = AttachmentState::Circular;
         refusal = u"\"" + std::u16string(path) + u"\" leads back to the drawing itself.";
         file.clear();
     }
     return file;
 }
 
-/// Reads a file for a block; what was read before is dropped once that has succeeded.
-bool readFor(Database& drawing, Slot block, const std::string& file, std::u16string& refusal) {
+/// Reads the file of an attachment, whose block is noted later; a sentence in `refusal` where there
+/// is no drawing.
+AttachedFile readAttached(Database& drawing, std::u16string_view path, std::u16string& refusal) {
+    AttachedFile read;
+    read.path = path;
+    const std::string file = usableFile(drawing, path, read.state, refusal);
+    if (file.empty()) return read;
     std::string error;
-    std::unique_ptr<Database> read = dxf::readFile(file, error);
-    if (read == nullptr) {
-        refusal = kz::toUtf16(error) + u".";
-        return false;
-    }
-    DatabaseLinks& links = drawing.links();
-    read->links().host_drawing = &drawing;
-    read->links().host_block = block;
-    DependentSymbols(drawing, *read, drawing.symbolName(block)).enter();
-    links.unloaded.erase(block);
-    links.attached.insert_or_assign(block, std::move(read));
-    return true;
+    read.drawing = dxf::readFile(file, error);
+    read.state = read.drawing == nullptr ? AttachmentState::Broken : AttachmentState::Loaded;
+    if (read.drawing == nullptr) refusal = kz::toUtf16(error) + u".";
+    return read;
 }
 
-void eraseReferences(Database& drawing, const std::u16string& name) {
-    for (const Slot record : drawing.blockRecords()) {
-        const Block* block = drawing.findBlock(record);
-        for (size_t i = 0; block != nullptr && i < block->contents.size(); ++i) {
-            const Slot slot = block->contents[i];
-            if (drawing.record(slot).erased || drawing.typeName(slot) != "INSERT") continue;
-            if (kz::compareNoCase(textOf(drawing, slot, 2), name) == 0) {
-                drawing.setErased(slot, true);
-            }
-        }
+/// Lets a block stand for what was read, in the place of what it stood for.
+AttachedFile& keep(Database& drawing, Slot block, AttachedFile read) {
+    if (read.drawing != nullptr) {
+        read.drawing->links().host_drawing = &drawing;
+        read.drawing->links().host_block = block;
     }
+    return drawing.links().attached.insert_or_assign(block, std::move(read)).first->second;
+}
+
+/// The base point of an attached drawing is that of its block.
+void takeBasePoint(Database& drawing, Slot block, Database& attached) {
+    const HeaderVariable* variable = attached.header("$INSBASE");
+    const AcGePoint3d base = variable == nullptr ? AcGePoint3d() : pointOf(variable->tags, 10);
+    if (base.isEqualTo(blockBase(drawing, block))) return;
+    const Slot begin = drawing.block(block).begin;
+    replacePoint(drawing.changeTags(begin), 10, base);
+    drawing.touch(begin);
+}
+
+/// Keeps a drawing that was read on demand of the user, with what it brings into the tables.
+void take(Database& drawing, Slot block, AttachedFile read) {
+    const AttachedFile& kept = keep(drawing, block, std::move(read));
+    if (drawing.watcher() != nullptr) drawing.watcher()->changed(block);
+    takeBasePoint(drawing, block, *kept.drawing);
+    DependentSymbols(drawing, *kept.drawing, drawing.symbolName(block)).enter();
+    setUnloaded(drawing, block, false);
+}
+
+void tellFailure(const Attachment& attachment, std::u16string_view why) {
+    tell(u"Attached drawing \"" + attachment.name + u"\": " + std::u16string(why));
+}
+
+/// What a block stands for, and its drawing when it has one.
+AttachmentState resolve(Database& drawing, Slot block, Database** out = nullptr) {
+    Attachment attachment;
+    if (!describeAttachment(drawing, block, attachment)) return AttachmentState::None;
+    if (isUnloaded(drawing, block)) return AttachmentState::Unloaded;
+    // An overlay is for the drawing that it was attached to, and not for those above.
+    const bool nested = drawing.links().host_drawing != nullptr;
+    if (attachment.overlay && nested) return AttachmentState::Hidden;
+    const auto& attached = drawing.links().attached;
+    const auto found = attached.find(block);
+    const AttachedFile* file = found == attached.end() ? nullptr : &found->second;
+    if (file == nullptr || file->path != attachment.path) {
+        std::u16string why;
+        file = &keep(drawing, block, readAttached(drawing, attachment.path, why));
+        if (!why.empty()) tellFailure(attachment, why);
+    }
+    if (out != nullptr) *out = file->drawing.get();
+    return file->state;
 }
 
 }  // namespace
@@ -212,7 +268,7 @@ void eraseReferences(Database& drawing, const std::u16string& name) {
 bool describeAttachment(Database& drawing, Slot record, Attachment& out) {
     const Block* block = drawing.findBlock(record);
     if (block == nullptr || block->begin == kNoSlot || drawing.record(record).erased) return false;
-    const int64_t flags = integerOf(drawing, block->begin, 70, 0);
+    const int64_t flags = integerOf(drawing.tags(block->begin), 70, 0);
     if ((flags & (kAttached | kOverlay)) == 0) return false;
     out.block = drawing.idOf(record);
     out.name = drawing.symbolName(record);
@@ -221,20 +277,24 @@ bool describeAttachment(Database& drawing, Slot record, Attachment& out) {
     return true;
 }
 
-std::string attachmentFile(const Database& drawing, std::u16string_view path) {
+std::string attachmentFile(Database& drawing, std::u16string_view path) {
     const fs::path wanted = plainPath(kz::toUtf8(path));
     if (wanted.empty()) return {};
-    const fs::path folder = fs::path(drawing.path()).parent_path();
-    std::vector<fs::path> candidates = {folder / wanted, folder / wanted.filename()};
-    for (const std::string& support : supportFolders()) {
-        candidates.push_back(fs::path(support) / wanted);
-        candidates.push_back(fs::path(support) / wanted.filename());
-    }
+    std::vector<fs::path> folders;
+    for (Database* at = &drawing; at != nullptr; at = at->links().host_drawing)
+        folders.push_back(fs::path(at->path()).parent_path());
+    for (const std::string& support : supportFolders())
+        folders.emplace_back(support);
     std::error_code error;
-    for (const fs::path& candidate : candidates) {
-        if (!fs::is_regular_file(candidate, error)) continue;
-        const fs::path found = fs::canonical(candidate, error);
-        if (!error) return found.string();
+    for (const char* extension : {"", ".dxf"}) {
+        for (const fs::path& folder : folders) {
+            for (const fs::path& name : {wanted, wanted.filename()}) {
+                const fs::path candidate = folder / (name.string() + extension);
+                if (!fs::is_regular_file(candidate, error)) continue;
+                const fs::path found = fs::canonical(candidate, error);
+                if (!error) return found.string();
+            }
+        }
     }
     return {};
 }
@@ -254,35 +314,43 @@ Slot attachDrawing(Database& drawing, std::u16string_view name, std::u16string_v
         return kNoSlot;
     }
     if (drawing.findSymbol("BLOCK_RECORD", name) != kNoSlot) {
-        refusal = u"there is a block " + std::u16string(name) + u" already.";
+        refusal = u"there is a block \"" + std::u16string(name) + u"\" already.";
         return kNoSlot;
     }
-    const std::string file = usableFile(drawing, path, refusal);
-    if (file.empty()) return kNoSlot;
+    AttachedFile read = readAttached(drawing, path, refusal);
+    if (read.drawing == nullptr) return kNoSlot;
     const int64_t flags = kAttached | kResolved | (overlay ? kOverlay : 0);
     const Slot block = makeBlock(drawing, name, path, flags);
-    if (block == kNoSlot || readFor(drawing, block, file, refusal)) return block;
-    detachDrawing(drawing, block);
-    return kNoSlot;
+    if (block == kNoSlot) {
+        refusal = u"the block can't be made.";
+    } else {
+        take(drawing, block, std::move(read));
+    }
+    return block;
 }
 
-void detachDrawing(Database& drawing, Slot record) {
-    const std::u16string name = drawing.symbolName(record);
-    eraseReferences(drawing, name);
-    eraseDependentSymbols(drawing, name);
-    const Block& block = drawing.block(record);
-    for (const Slot slot : block.contents)
-        drawing.setErased(slot, true);
-    for (const Slot slot : {block.begin, block.end, record}) {
-        if (slot != kNoSlot) drawing.setErased(slot, true);
+void detachDrawings(Database& drawing, std::span<const Slot> blocks) {
+    NameSet names;
+    for (const Slot block : blocks)
+        names.insert(kz::toUpper(drawing.symbolName(block)));
+    eraseReferences(drawing, names);
+    eraseDependentSymbols(drawing, names);
+    for (const Slot record : blocks) {
+        const Block& block = drawing.block(record);
+        for (const Slot slot : block.contents) {
+            if (!drawing.record(slot).erased) drawing.setErased(slot, true);
+        }
+        for (const Slot slot : {block.begin, block.end, record}) {
+            if (slot != kNoSlot) drawing.setErased(slot, true);
+        }
+        drawing.links().attached.erase(record);
     }
-    drawing.links().attached.erase(record);
-    drawing.links().unloaded.erase(record);
 }
 
 void unloadDrawing(Database& drawing, Slot block) {
     drawing.links().attached.erase(block);
-    drawing.links().unloaded.insert(block);
+    setUnloaded(drawing, block, true);
+    if (drawing.watcher() != nullptr) drawing.watcher()->changed(block);
 }
 
 bool reloadDrawing(Database& drawing, Slot block, std::u16string& refusal) {
@@ -291,36 +359,44 @@ bool reloadDrawing(Database& drawing, Slot block, std::u16string& refusal) {
         refusal = u"not an attached drawing.";
         return false;
     }
-    const std::string file = usableFile(drawing, attachment.path, refusal);
-    return !file.empty() && readFor(drawing, block, file, refusal);
+    AttachedFile read = readAttached(drawing, attachment.path, refusal);
+    if (read.drawing == nullptr) return false;
+    take(drawing, block, std::move(read));
+    return true;
 }
 
 bool setAttachmentPath(Database& drawing, Slot block, std::u16string_view path,
                        std::u16string& refusal) {
-    const std::string file = usableFile(drawing, path, refusal);
-    if (file.empty() || !readFor(drawing, block, file, refusal)) return false;
+    AttachedFile read = readAttached(drawing, path, refusal);
+    if (read.drawing == nullptr) return false;
     const Slot begin = drawing.block(block).begin;
-    Tags& tags = drawing.changeTags(begin);
-    const size_t at = findTag(tags, 1);
-    Tag value(1, std::u16string(path));
-    if (at < tags.size()) {
-        tags[at] = std::move(value);
-    } else {
-        tags.push_back(std::move(value));
-    }
+    replaceTag(drawing.changeTags(begin), Tag(1, std::u16string(path)));
     drawing.touch(begin);
+    take(drawing, block, std::move(read));
     return true;
 }
 
 AttachmentState attachmentState(Database& drawing, Slot block) {
-    Attachment attachment;
-    if (!describeAttachment(drawing, block, attachment)) return AttachmentState::None;
-    if (drawing.links().unloaded.contains(block)) return AttachmentState::Unloaded;
-    const std::string file = attachmentFile(drawing, attachment.path);
-    if (file.empty()) return AttachmentState::Missing;
-    if (leadsBack(&drawing, file)) return AttachmentState::Circular;
-    return attachedDrawing(attachment.block) != nullptr ? AttachmentState::Loaded
-                                                        : AttachmentState::Broken;
+    return resolve(drawing, block);
+}
+
+Database* attachedDatabase(Database& drawing, Slot block) {
+    Database* attached = nullptr;
+    resolve(drawing, block, &attached);
+    return attached;
+}
+
+void tellMissingAttachments(Database& drawing) {
+    for (const Slot block : drawing.blockRecords()) {
+        Attachment attachment;
+        if (!describeAttachment(drawing, block, attachment) || isUnloaded(drawing, block)) continue;
+        AttachedFile failed;
+        failed.path = attachment.path;
+        std::u16string why;
+        if (!usableFile(drawing, attachment.path, failed.state, why).empty()) continue;
+        keep(drawing, block, std::move(failed));
+        tellFailure(attachment, why);
+    }
 }
 
 }  // namespace host

@@ -46,8 +46,8 @@ void Database::appendEntity(Slot record, Slot entity) {
     tellWatcher(entity);
 }
 
-Slot Database::lastEntity() {
-    Block* space = findBlock(model_space_);
+Slot Database::lastEntity(Slot space_record) {
+    Block* space = findBlock(space_record);
     if (space == nullptr) return kNoSlot;
     bool only_erased = true;
     for (size_t i = space->living_end; i-- > space->living_begin;) {
@@ -59,8 +59,8 @@ Slot Database::lastEntity() {
     return kNoSlot;
 }
 
-Slot Database::nextEntity(Slot slot) {
-    Block* block = slot == kNoSlot ? findBlock(model_space_) : blockOfEntity(slot);
+Slot Database::nextEntity(Slot slot, Slot space) {
+    Block* block = slot == kNoSlot ? findBlock(space) : blockOfEntity(slot);
     if (block == nullptr) return kNoSlot;
     const size_t from = slot == kNoSlot ? 0 : records_[slot].position + 1;
     const bool from_start = from <= block->living_begin;

@@ -243,11 +243,11 @@ class Database {
     void appendEntity(Slot record, Slot entity);
     /// The main entity of a sub-entity; the slot itself for a main entity.
     Slot mainEntity(Slot slot) const;
-    /// The last living main entity of the current space; kNoSlot when there is none.
-    Slot lastEntity();
-    /// The next living entity behind `slot` in its block, sub-entities too; from the start of the
-    /// current space for kNoSlot.
-    Slot nextEntity(Slot slot);
+    /// The last living main entity of a block; kNoSlot when there is none.
+    Slot lastEntity(Slot space);
+    /// The next living entity behind `slot` in its block, sub-entities too; for kNoSlot the first
+    /// of the block `space`.
+    Slot nextEntity(Slot slot, Slot space);
     /// True for an entity on a locked layer.
     bool isOnLockedLayer(Slot slot);
 

@@ -1,14 +1,11 @@
 /// Common groups of entities, and the place of an INSERT.
 #include "db/entity_content.h"
 
-#include <numbers>
-
+#include "base/angles.h"
 #include "edit/tag_values.h"
 
 namespace host {
 namespace {
-
-constexpr double kDegree = std::numbers::pi / 180.0;
 
 /// Where the groups of the common class end.
 size_t commonEnd(const Tags& tags) {
@@ -68,7 +65,7 @@ AcGeMatrix3d insertTransform(const Tags& insert, const AcGePoint3d& base) {
     AcGeMatrix3d to_world, way, turn, scale, from_base;
     to_world.setToPlaneToWorld(facingOf(insert));
     way.setToTranslation(pointOf(insert, 10).asVector());
-    turn.setToRotation(realOf(insert, 50, 0.0) * kDegree, AcGeVector3d::kZAxis);
+    turn.setToRotation(toRadians(realOf(insert, 50, 0.0)), AcGeVector3d::kZAxis);
     for (unsigned int axis = 0; axis < 3; ++axis)
         scale(axis, axis) = realOf(insert, 41 + static_cast<int>(axis), 1.0);
     from_base.setToTranslation(-base.asVector());
@@ -99,7 +96,7 @@ bool placeInsert(Tags& insert, const AcGePoint3d& base, const AcGeMatrix3d& matr
     changeReal(insert, 41, x.length(), 1.0);
     changeReal(insert, 42, mirrored ? -y.length() : y.length(), 1.0);
     changeReal(insert, 43, z.dotProduct(normal), 1.0);
-    double degrees = std::atan2(flat_x.y, flat_x.x) / kDegree;
+    double degrees = toDegrees(std::atan2(flat_x.y, flat_x.x));
     if (degrees < 0.0) degrees += 360.0;
     changeReal(insert, 50, degrees, 0.0);
     changePoint(insert, 210, AcGePoint3d() + normal, AcGePoint3d(0.0, 0.0, 1.0));

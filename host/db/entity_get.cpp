@@ -5,6 +5,7 @@
 #include "base/resbuf.h"
 #include "base/wildcard.h"
 #include "db/groups.h"
+#include "edit/shapes.h"
 #include "edit/sysvars.h"
 #include "kz_tls21an/text.h"
 
@@ -78,7 +79,7 @@ resbuf* symbolList(Database& database, Slot record) {
         if (is_block && (code == 8 || code == 3 || code == 67)) continue;
         shown.push_back(tags[i]);
     }
-    addGroups(database, shown, 0, chain);
+    addObjectGroups(database, shown, false, chain);
     if (is_block) {
         ads_name first;
         database.nameOf(firstEntity(database, record), first);
@@ -103,7 +104,7 @@ resbuf* objectList(Database& database, Slot slot, const resbuf* apps) {
     ads_name name;
     database.nameOf(slot, name);
     chain.addName(-1, name);
-    addGroups(database, database.tags(slot), 0, chain);
+    addObjectGroups(database, database.tags(slot), database.typeName(slot) == "XRECORD", chain);
     if (database.record(slot).object_class == ObjectClass::SubEntity &&
         database.typeName(slot) == "SEQEND") {
         database.nameOf(database.mainEntity(slot), name);
@@ -183,7 +184,8 @@ int acdbEntLast(ads_name name) {
     int status = 0;
     if (host::mustFail(host::Call::acdbEntLast, status)) return status;
     host::Database* database = host::currentDatabase();
-    const host::Slot slot = database == nullptr ? host::kNoSlot : database->lastEntity();
+    const host::Slot slot =
+        database == nullptr ? host::kNoSlot : database->lastEntity(host::currentSpace(*database));
     if (slot == host::kNoSlot || name == nullptr) return RTERROR;
     database->nameOf(slot, name);
     return RTNORM;
@@ -204,7 +206,7 @@ int acdbEntNext(const ads_name name, ads_name next) {
         slot = entity.slot;
     }
     if (database == nullptr || next == nullptr) return RTERROR;
-    const host::Slot found = database->nextEntity(slot);
+    const host::Slot found = database->nextEntity(slot, host::currentSpace(*database));
     if (found == host::kNoSlot) return RTERROR;
     database->nameOf(found, next);
     return RTNORM;

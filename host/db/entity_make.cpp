@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "acad/ads.h"
+#include "base/angles.h"
 #include "base/faults.h"
 #include "base/resbuf.h"
 #include "db/entity_rules.h"
@@ -329,7 +330,8 @@ bool sameValue(const Database& database, const Tag& old_tag, const Tag& new_tag)
     using dxf::GroupType;
     switch (old_tag.type()) {
         case GroupType::Real:
-            return old_tag.real() == new_tag.real();
+            return old_tag.real() == new_tag.real() ||
+                   (isAngleCode(old_tag.code()) && isSameAngle(old_tag.real(), new_tag.real()));
         case GroupType::Int16:
         case GroupType::Int32:
         case GroupType::Int64:

@@ -1,6 +1,7 @@
 /// Tags to groups and back.
 #include "db/groups.h"
 
+#include "base/angles.h"
 #include "base/resbuf.h"
 
 namespace host {
@@ -112,6 +113,19 @@ void addGroups(const Database& database, const Tags& tags, size_t from, ChainBui
     }
 }
 
+void addObjectGroups(const Database& database, const Tags& tags, bool xrecord,
+                     ChainBuilder& chain) {
+    for (size_t i = 0; i < tags.size(); ++i) {
+        if (dxf::isPointCode(tags[i].code())) {
+            i = addPoint(tags, i, chain);
+        } else if (isAngleCode(tags[i].code()) && !xrecord) {
+            addValue(database, Tag(tags[i].code(), toRadians(tags[i].real())), chain);
+        } else {
+            addValue(database, tags[i], chain);
+        }
+    }
+}
+
 bool appendGroup(const resbuf& node, Tags& tags) {
     const int code = node.restype;
     switch (valueKind(code)) {
@@ -151,6 +165,7 @@ bool tagsFromChain(const resbuf* chain, Tags& tags) {
         if (code == -1 || code == -2 || code == RTDXF0) continue;
         if (code < 0 || code == 1001 || code > dxf::kMaxGroupCode) return false;
         if (!appendGroup(*node, tags)) return false;
+        if (isAngleCode(code)) tags.back() = Tag(code, toDegrees(tags.back().real()));
     }
     return true;
 }

@@ -31,12 +31,15 @@ class ChainBuilder {
 
 /// Appends the groups of `tags` from index `from` on.
 void addGroups(const Database& database, const Tags& tags, size_t from, ChainBuilder& chain);
+/// Appends those of an entity, a table record or an object, with angles in radians. What an xrecord
+/// holds is left as it is.
+void addObjectGroups(const Database& database, const Tags& tags, bool xrecord, ChainBuilder& chain);
 
 /// Appends the group of a node. False for one that no object can have.
 bool appendGroup(const resbuf& node, Tags& tags);
 
-/// Takes the groups of a chain up to a -3 node or the end. Groups -1 and -2 are left out. False for
-/// a group that no object can have.
+/// Takes the groups of a chain up to a -3 node or the end, angles from radians. Groups -1 and -2
+/// are left out. False for a group that no object can have.
 bool tagsFromChain(const resbuf* chain, Tags& tags);
 
 /// The first node with this restype; NULL when there is none.

@@ -4,8 +4,6 @@
 
 #include "db/attach.h"
 #include "db/entity_content.h"
-#include "db/links.h"
-#include "dxf/reader.h"
 #include "edit/tag_values.h"
 #include "kz_tls21an/text.h"
 
@@ -67,27 +65,9 @@ std::vector<Attachment> attachments(AcDbDatabase* facade) {
 
 AcDbDatabase* attachedDrawing(AcDbObjectId block) {
     Database* drawing = Database::find(block);
-    if (drawing == nullptr) return nullptr;
-    const Slot record = drawing->slotOf(block);
-    DatabaseLinks& links = drawing->links();
-    Attachment attachment;
-    if (links.unloaded.contains(record) || !describeAttachment(*drawing, record, attachment)) {
-        return nullptr;
-    }
-    const auto present = links.attached.find(record);
-    if (present != links.attached.end()) return present->second->facade();
-    // An overlay is for the drawing that it was attached to, and not for those above.
-    if (attachment.overlay && links.host_drawing != nullptr) return nullptr;
-    const std::string file = attachmentFile(*drawing, attachment.path);
-    if (file.empty() || leadsBack(drawing, file)) return nullptr;
-    std::string error;
-    std::unique_ptr<Database> read = dxf::readFile(file, error);
-    if (read == nullptr) return nullptr;
-    read->links().host_drawing = drawing;
-    read->links().host_block = record;
-    AcDbDatabase* const facade = read->facade();
-    links.attached.emplace(record, std::move(read));
-    return facade;
+    Database* const attached =
+        drawing == nullptr ? nullptr : attachedDatabase(*drawing, drawing->slotOf(block));
+    return attached == nullptr ? nullptr : attached->facade();
 }
 
 bool firstPlacement(AcDbObjectId id, Placement& out) {

@@ -3,6 +3,7 @@
 
 #include <exception>
 
+#include "db/attach.h"
 #include "dxf/new_drawing.h"
 #include "dxf/reader.h"
 #include "dxf/writer.h"
@@ -18,6 +19,7 @@ bool openDrawing(const std::string& path, std::string& error) {
     std::unique_ptr<Database> database = dxf::readFile(path, error);
     if (database == nullptr) return false;
     setCurrentDatabase(std::move(database));
+    tellMissingAttachments(*currentDatabase());
     return true;
 }
 

@@ -216,6 +216,19 @@ std::vector<AcGeMatrix3d> insertionWays(Database& database, Slot insert) {
     return ways;
 }
 
+std::vector<Slot> drawnVertices(Database& database, Slot polyline) {
+    enum Flags : int64_t { kSplined = 4, kMesh = 16 };
+    constexpr int64_t kControlPoint = 16;
+    std::vector<Slot> vertices = subEntities(database, polyline, "VERTEX");
+    const int64_t flags = integerOf(database.tags(polyline), 70, 0);
+    if ((flags & (kSplined | kMesh)) == kSplined) {
+        std::erase_if(vertices, [&](Slot vertex) {
+            return (integerOf(database.tags(vertex), 70, 0) & kControlPoint) != 0;
+        });
+    }
+    return vertices;
+}
+
 std::vector<Slot> subEntities(Database& database, Slot main, std::string_view type) {
     std::vector<Slot> found;
     const Block* block = database.blockOfEntity(main);

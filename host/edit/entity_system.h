@@ -25,6 +25,10 @@ bool entitySystem(Database& database, Slot entity, const AcGePoint3d& pick, Ucs&
 /// Of more than 65536 only those at the corners.
 std::vector<AcGeMatrix3d> insertionWays(Database& database, Slot insert);
 
+/// Vertices of a POLYLINE that its picture goes through, in order: control points of a spline don't
+/// count.
+std::vector<Slot> drawnVertices(Database& database, Slot polyline);
+
 /// Living sub-entities of a type behind their main entity, in order.
 std::vector<Slot> subEntities(Database& database, Slot main, std::string_view type);
 

@@ -1,12 +1,10 @@
 /// The input functions: each asks until an answer fits.
 #include <cmath>
-#include <functional>
 #include <numbers>
 
 #include "acad/ed.h"
 #include "base/faults.h"
-#include "edit/input.h"
-#include "edit/keywords.h"
+#include "edit/ask.h"
 #include "edit/typed_points.h"
 #include "kz_tls21an/text.h"
 
@@ -15,8 +13,6 @@ namespace {
 
 constexpr int kTextRoom = 132;
 constexpr int kKeywordRoom = 255;
-/// Of the readers of values: the answer does not fit, its message is told already.
-constexpr int kAskAgain = 0;
 
 using Kind = InputToken::Kind;
 
@@ -26,10 +22,10 @@ void copyText(std::u16string_view text, size_t room, ACHAR* out) {
     out[text.size()] = 0;
 }
 
-/// Asks until `accept` gives a status. It is called with what is no Enter, no cancel and no
-/// keyword.
-int ask(const InputRules& rules, const ACHAR* prompt, std::u16string_view wrong,
-        const std::function<int(const InputToken&)>& accept) {
+}  // namespace
+
+int askAnswer(const InputRules& rules, const ACHAR* prompt, std::u16string_view wrong,
+              const std::function<int(const InputToken&)>& accept) {
     const InputRequest request = {prompt == nullptr ? u"" : prompt, false};
     for (;;) {
         InputToken token;
@@ -58,6 +54,22 @@ int ask(const InputRules& rules, const ACHAR* prompt, std::u16string_view wrong,
     }
 }
 
+int readPoint(const InputToken& token, const ads_point from, ads_point out) {
+    ads_point point;
+    if (token.kind == Kind::Point) {
+        handedPoint(token, point);
+    } else if (token.kind != Kind::Text || !typedPoint(token.text, from, point)) {
+        return kAskAgain;
+    }
+    if (!std::isfinite(point[0]) || !std::isfinite(point[1]) || !std::isfinite(point[2])) {
+        return kAskAgain;
+    }
+    std::copy(point, point + 3, out);
+    return RTNORM;
+}
+
+namespace {
+
 /// False, with a message, for a value that the flags refuse.
 bool allowed(const InputRules& rules, double value) {
     const bool no_zero = (rules.flags & RSG_NOZERO) != 0;
@@ -79,8 +91,8 @@ int askValue(const InputRules& rules, const ACHAR* prompt, std::u16string_view w
              const std::function<int(const InputToken&, double&)>& read, double& value) {
     for (;;) {
         double got = 0.0;
-        const int status =
-            ask(rules, prompt, wrong, [&](const InputToken& token) { return read(token, got); });
+        const int status = askAnswer(rules, prompt, wrong,
+                                     [&](const InputToken& token) { return read(token, got); });
         if (status != RTNORM) return status;
         if (!allowed(rules, got)) continue;
         value = got;
@@ -111,19 +123,7 @@ class PointReader {
         }
     }
 
-    int read(const InputToken& token, ads_point out) {
-        ads_point point;
-        if (token.kind == Kind::Point) {
-            std::copy(token.point, token.point + 3, point);
-        } else if (token.kind != Kind::Text || !typedPoint(token.text, from_, point)) {
-            return kAskAgain;
-        }
-        if (!std::isfinite(point[0]) || !std::isfinite(point[1]) || !std::isfinite(point[2])) {
-            return kAskAgain;
-        }
-        std::copy(point, point + 3, out);
-        return RTNORM;
-    }
+    int read(const InputToken& token, ads_point out) const { return readPoint(token, from_, out); }
 
   private:
     ads_point from_ = {0, 0, 0};
@@ -137,7 +137,7 @@ int askPoint(const InputRules& rules, const ads_point base, const ACHAR* prompt,
     for (;;) {
         bool chose_snap = false;
         ads_point point;
-        const int status = ask(rules, text, u"Invalid point.", [&](const InputToken& token) {
+        const int status = askAnswer(rules, text, u"Invalid point.", [&](const InputToken& token) {
             chose_snap = token.kind == Kind::Text && isSnapMode(token.text);
             if (!chose_snap) return reader.read(token, point);
             snap = token.text;
@@ -310,8 +310,8 @@ int acedGetKword(const ACHAR* prompt, ACHAR* result) {
     int status = 0;
     if (mustFail(Call::acedGetKword, status)) return status;
     InputRules rules = takeInputRules();
-    status =
-        ask(rules, prompt, u"Invalid option keyword.", [](const InputToken&) { return kAskAgain; });
+    status = askAnswer(rules, prompt, u"Invalid option keyword.",
+                       [](const InputToken&) { return kAskAgain; });
     if (status != RTKWORD) return status;  // Enter, a cancel
     copyText(lastKeyword(), kTextRoom, result);
     return RTNORM;

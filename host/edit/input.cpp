@@ -1,12 +1,13 @@
 /// Answers to prompts: the user's source and what programs and tests put into it.
 #include "edit/input.h"
 
+#include <charconv>
 #include <deque>
+#include <iterator>
 #include <utility>
 
 #include "host/input.h"
 #include "host/output.h"
-#include "kz_tls21an/format.h"
 #include "kz_tls21an/text.h"
 
 namespace host {
@@ -94,10 +95,10 @@ ExpressionEvaluator& evaluator() {
     return *instance;
 }
 
-std::u16string numberText(const char16_t* format, double value) {
-    kz_Char buffer[64];
-    kz_Str_format(buffer, 64, format, value);
-    return buffer;
+std::u16string numberText(double value) {
+    char buffer[32];
+    const std::to_chars_result end = std::to_chars(buffer, std::end(buffer), value);
+    return kz::toUtf16(std::string_view(buffer, end.ptr));
 }
 
 }  // namespace
@@ -114,10 +115,11 @@ InputToken InputToken::ofText(std::u16string_view text) {
     return token;
 }
 
-InputToken InputToken::ofPoint(const ads_point point) {
+InputToken InputToken::ofPoint(const ads_point point, bool flat) {
     InputToken token = of(Kind::Point);
     for (int i = 0; i < 3; ++i)
         token.point[i] = point[i];
+    token.flat = flat;
     return token;
 }
 
@@ -146,7 +148,7 @@ bool InputToken::ofNode(const resbuf& node, InputToken& out) {
             return true;
         case RTPOINT: {
             const ads_point flat = {node.resval.rpoint[0], node.resval.rpoint[1], 0.0};
-            out = ofPoint(flat);
+            out = ofPoint(flat, true);
             return true;
         }
         case RT3DPOINT:
@@ -179,10 +181,10 @@ std::u16string InputToken::typed() const {
         case Kind::Text:
             return text;
         case Kind::Point:
-            return numberText(u"%.8g,", point[0]) + numberText(u"%.8g,", point[1]) +
-                   numberText(u"%.8g", point[2]);
+            return numberText(point[0]) + u',' + numberText(point[1]) +
+                   (flat ? u"" : u',' + numberText(point[2]));
         case Kind::Real:
-            return numberText(u"%.8g", real);
+            return numberText(real);
         case Kind::Integer:
             return kz::toUtf16(std::to_string(integer));
         case Kind::Entity:

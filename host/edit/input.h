@@ -16,12 +16,13 @@ struct InputToken {
     Kind kind = Kind::Enter;
     std::u16string text;
     ads_point point = {0, 0, 0};
+    bool flat = false;  ///< the point came without z: it lies at the current elevation
     double real = 0.0;
     int32_t integer = 0;
     ads_name name = {0, 0};
 
     static InputToken ofText(std::u16string_view text);
-    static InputToken ofPoint(const ads_point point);
+    static InputToken ofPoint(const ads_point point, bool flat = false);
     static InputToken ofReal(double value);
     static InputToken ofInteger(int32_t value);
     static InputToken ofName(Kind kind, const ads_name name);
@@ -29,7 +30,7 @@ struct InputToken {
     /// The answer of one node of a chain; false for a node that is none.
     static bool ofNode(const resbuf& node, InputToken& out);
 
-    /// As it would be typed; for messages.
+    /// As it would be typed; a number in the shortest form that reads back the same.
     std::u16string typed() const;
 };
 

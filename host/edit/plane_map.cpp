@@ -2,7 +2,6 @@
 #include "edit/plane_map.h"
 
 #include <algorithm>
-#include <numbers>
 
 namespace host {
 namespace {
@@ -14,19 +13,6 @@ bool nearly(double a, double b, double size) {
 }
 
 }  // namespace
-
-double toDegrees(double radians) {
-    const double degrees = radians * 180.0 / std::numbers::pi;
-    // 30 degrees that became radians come back as 30.
-    constexpr double kNoise = 1e-12;
-    const double whole = std::round(degrees * 1e6) / 1e6;
-    if (std::fabs(degrees - whole) <= kNoise * std::max(1.0, std::fabs(degrees))) return whole;
-    return degrees;
-}
-
-double toRadians(double degrees) {
-    return degrees * std::numbers::pi / 180.0;
-}
 
 double wholeTurn(double degrees) {
     const double rest = std::fmod(degrees, 360.0);

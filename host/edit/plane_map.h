@@ -4,6 +4,7 @@
 #define HOST_EDIT_PLANE_MAP_H
 
 #include "acad/ge.h"
+#include "base/angles.h"
 
 namespace host {
 
@@ -29,8 +30,6 @@ struct PlaneMap {
 
 /// From 0 to below 360.
 double wholeTurn(double degrees);
-double toDegrees(double radians);
-double toRadians(double degrees);
 /// Vector of length 1 in the x-y plane; exact at quarter turns.
 AcGeVector3d directionAt(double degrees);
 /// 1 or -1 for a scale that is so but for noise.

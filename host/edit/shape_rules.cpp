@@ -291,17 +291,14 @@ void EntityShape::lightPolyline() {
 }
 
 void EntityShape::polyline() {
-    enum Flags : int64_t { kClosed = 1, kSplined = 4, kMesh = 16, kFaces = 64 };
-    constexpr int64_t kControlPoint = 16;
+    enum Flags : int64_t { kClosed = 1, kMesh = 16, kFaces = 64 };
     const int64_t flags = integerOf(tags(), 70, 0);
-    const std::vector<Slot> slots = subEntities(database_, entity_, "VERTEX");
+    const std::vector<Slot> slots = drawnVertices(database_, entity_);
     if ((flags & kFaces) != 0) return faces(slots);
     std::vector<Vertex> vertices;
     std::vector<AcGePoint3d> points;
     for (const Slot slot : slots) {
         const Tags& vertex = database_.tags(slot);
-        const bool control = (integerOf(vertex, 70, 0) & kControlPoint) != 0;
-        if (control && (flags & (kSplined | kMesh)) == kSplined) continue;
         vertices.push_back({pointOf(vertex, 10), realOf(vertex, 42, 0.0)});
         points.push_back(vertices.back().point);
     }

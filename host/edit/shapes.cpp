@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "db/attach.h"
 #include "edit/drawing_state.h"
 #include "edit/entity_system.h"
 #include "edit/shape_rules.h"
@@ -40,16 +41,47 @@ class BoxVisitor : public ShapeVisitor {
 
 }  // namespace
 
+ShapeWalker::ShapeWalker(Database& database, const ShapeWalker& outer, std::u16string prefix)
+    : database_(database),
+      with_layers_off_(outer.with_layers_off_),
+      outer_(&outer),
+      prefix_(std::move(prefix)) {}
+
+bool ShapeWalker::isAttachment(Slot block) {
+    constexpr int64_t kAttachedOrOverlay = 4 | 8;
+    const Block* found = database_.findBlock(block);
+    return found != nullptr && found->begin != kNoSlot &&
+           (integerOf(database_.tags(found->begin), 70, 0) & kAttachedOrOverlay) != 0;
+}
+
+ShapeWalker* ShapeWalker::attachedWalker(Slot block) {
+    const auto [found, made] = attached_.try_emplace(block);
+    Database* const drawing = made ? attachedDatabase(database_, block) : nullptr;
+    if (drawing != nullptr) {
+        found->second.reset(new ShapeWalker(*drawing, *this, database_.symbolName(block) + u"|"));
+    }
+    return found->second.get();
+}
+
 bool ShapeWalker::isOpen(Slot block) const {
     return std::find(open_.begin(), open_.end(), block) != open_.end();
 }
 
 ShapeWalker::Layer ShapeWalker::layerNamed(std::u16string name) {
     Layer layer{std::move(name), false, false, false};
-    const Slot record = database_.findSymbol("LAYER", layer.name);
+    // The outermost drawing that knows the layer says how it is.
+    Database* holder = &database_;
+    Slot record = database_.findSymbol("LAYER", layer.name);
+    for (const ShapeWalker* walker = this; walker->outer_ != nullptr; walker = walker->outer_) {
+        Database& outer = walker->outer_->database_;
+        const Slot dependent = outer.findSymbol("LAYER", prefix_ + layer.name);
+        if (dependent == kNoSlot) continue;
+        holder = &outer;
+        record = dependent;
+    }
     if (record == kNoSlot) return layer;
     constexpr int64_t kFrozen = 1;
-    const Tags& tags = database_.tags(record);
+    const Tags& tags = holder->tags(record);
     layer.known = true;
     layer.frozen = (integerOf(tags, 70, 0) & kFrozen) != 0;
     layer.off = integerOf(tags, 62, 7) < 0;
@@ -103,11 +135,20 @@ void ShapeWalker::visitAttributes(Slot main, const AcGeMatrix3d& to, ShapeVisito
 void ShapeWalker::visitInserted(std::u16string_view name, const AcGeMatrix3d& to,
                                 ShapeVisitor& visitor) {
     const Slot block = database_.findSymbol("BLOCK_RECORD", name);
-    if (block == kNoSlot || isOpen(block) || open_.size() > kDeepest) return;
-    AcDbExtents box = boxOf(block);
+    if (block == kNoSlot || isOpen(block) || outer_depth_ + open_.size() > kDeepest) return;
+    ShapeWalker* const walker = isAttachment(block) ? attachedWalker(block) : this;
+    if (walker == nullptr) return;
+    const Slot contents = walker == this ? block : walker->database_.modelSpace();
+    AcDbExtents box = walker->boxOf(contents);
     box.transformBy(to);
-    if (box.isEmpty() || !visitor.enters(box, static_cast<int>(layers_.size()) - 1)) return;
-    visitBlock(block, to, visitor);
+    if (box.isEmpty() || !visitor.enters(box, static_cast<int>(depth()))) return;
+    if (walker != this) {
+        walker->layers_ = {layers_.back()};
+        walker->outer_depth_ = depth();
+    }
+    visitor.enterBlock(walker->database_, to);
+    walker->visitBlock(contents, to, visitor);
+    visitor.leaveBlock();
 }
 
 void ShapeWalker::visitBlock(Slot block, const AcGeMatrix3d& to, ShapeVisitor& visitor) {

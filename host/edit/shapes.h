@@ -4,6 +4,7 @@
 #ifndef HOST_EDIT_SHAPES_H
 #define HOST_EDIT_SHAPES_H
 
+#include <memory>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -43,10 +44,15 @@ class ShapeVisitor {
         (void)depth;
         return true;
     }
+    /// What the insertion that has begun last puts there begins and ends: a block of a drawing, or
+    /// an attached drawing. @param to  from its coordinates to the visitor's
+    virtual void enterBlock(Database&, const AcGeMatrix3d& to) { (void)to; }
+    virtual void leaveBlock() {}
 };
 
-/// Walks over entities of one drawing that does not change meanwhile. What is invisible, on a
-/// frozen layer or, if wanted, on one that is off is left out.
+/// Walks over entities of one drawing that does not change meanwhile, and of those attached to it.
+/// What is invisible, on a frozen layer or, if wanted, on one that is off is left out. The layers
+/// of an attached drawing have the state that the drawing gives them under NAME|LAYER.
 class ShapeWalker {
   public:
     explicit ShapeWalker(Database& database, bool with_layers_off = false)
@@ -65,6 +71,9 @@ class ShapeWalker {
     bool inserts(Slot entity) const;
 
   private:
+    /// Of a drawing attached to the one that `outer` walks over.
+    ShapeWalker(Database& database, const ShapeWalker& outer, std::u16string prefix);
+
     /// What a layer's state does to its entities.
     struct Layer {
         std::u16string name;
@@ -81,6 +90,12 @@ class ShapeWalker {
     /// Box around a block's contents, in its own coordinates; hidden ones count.
     const AcDbExtents& boxOf(Slot block);
     bool isOpen(Slot block) const;
+    /// True for a block that stands for another drawing.
+    bool isAttachment(Slot block);
+    /// The walk over the drawing that such a block stands for; NULL when there is none.
+    ShapeWalker* attachedWalker(Slot block);
+    /// Insertions around the present one, in the outer drawings too.
+    size_t depth() const { return outer_depth_ + layers_.size() - 1; }
 
     Database& database_;
     bool with_layers_off_;
@@ -89,6 +104,10 @@ class ShapeWalker {
     std::vector<Layer> layers_;  ///< of the insertions that they are visited for
     Layer last_layer_;           ///< most entities are on the layer of the one before
     std::unordered_map<Slot, AcDbExtents> boxes_;
+    const ShapeWalker* outer_ = nullptr;
+    std::u16string prefix_;  ///< of its layers in the outer drawings: "NAME|"
+    size_t outer_depth_ = 0;
+    std::unordered_map<Slot, std::unique_ptr<ShapeWalker>> attached_;
 };
 
 /// Box around one entity, with all that it inserts; empty for one that shows nothing.

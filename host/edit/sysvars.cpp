@@ -5,8 +5,8 @@
 #include <cmath>
 #include <cstring>
 #include <map>
-#include <numbers>
 
+#include "base/angles.h"
 #include "base/faults.h"
 #include "base/resbuf.h"
 #include "edit/drawing_state.h"
@@ -57,8 +57,7 @@ VariableValue defaultOf(const Variable& row) {
 
 /// Angles are in degrees in files and in radians in variables.
 double angleFactor(int code) {
-    constexpr double kDegree = std::numbers::pi / 180.0;
-    return code >= 50 && code <= 58 ? kDegree : 1.0;
+    return isAngleCode(code) ? toRadians(1.0) : 1.0;
 }
 
 constexpr struct {

@@ -41,7 +41,9 @@ enum class HostErrno : int {
     None = 0,
     BadEntityName = 2,
     NoEntity = 6,
+    PickFailed = 7,
     BadEntityList = 25,
+    NullResponse = 52,
     BadXData = 66,
     LayerLocked = 68,
 };

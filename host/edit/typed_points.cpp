@@ -1,6 +1,7 @@
 /// Points, distances, angles and numbers from typed texts.
 #include "edit/typed_points.h"
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <numbers>
@@ -119,6 +120,11 @@ std::optional<int32_t> typedInteger(std::u16string_view text) {
     const long long value = std::strtoll(plain.c_str(), &end, 10);
     if (*end != '\0' || value < INT32_MIN || value > INT32_MAX) return std::nullopt;
     return static_cast<int32_t>(value);
+}
+
+void handedPoint(const InputToken& token, ads_point out) {
+    std::copy(token.point, token.point + 3, out);
+    if (token.flat) out[2] = elevation();
 }
 
 bool typedPoint(std::u16string_view text, const ads_point from, ads_point out) {

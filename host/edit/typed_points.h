@@ -5,7 +5,7 @@
 #include <optional>
 #include <string_view>
 
-#include "acad/ads.h"
+#include "edit/input.h"
 
 namespace host {
 
@@ -24,6 +24,9 @@ std::optional<int32_t> typedInteger(std::u16string_view text);
 /// coordinates. A point without z lies at the current elevation, a relative one beside `from`.
 /// @return false for a text that is no point
 bool typedPoint(std::u16string_view text, const ads_point from, ads_point out);
+
+/// The point of an answer that is one; without z it lies at the current elevation.
+void handedPoint(const InputToken& token, ads_point out);
 
 /// The point that was given last in the drawing (LASTPOINT).
 void lastPoint(ads_point out);

@@ -1,4 +1,6 @@
 /// Input from the user, and commands.
+#include <algorithm>
+
 #include "acad/ed.h"
 #include "command/run.h"
 #include "edit/input.h"
@@ -131,6 +133,83 @@ Value getkword(Interpreter& in, Args args) {
     return answer(in, status == RTNORM ? static_cast<int>(RTKWORD) : status, Value());
 }
 
+// --- picks --------------------------------------------------------------------------------------
+
+/// What an input function that picks gives instead of an entity: of a miss and of Enter nil.
+Value noPick(Interpreter& in, int status) {
+    return status == RTERROR ? Value() : answer(in, status, Value());
+}
+
+Value entsel(Interpreter& in, Args args) {
+    const Value& message = optionalArg(args, 0);
+    const std::u16string prompt = promptArg(in, message);
+    ads_name name = {0, 0};
+    ads_point point = {0, 0, 0};
+    const int status = acedEntSel(message.isNil() ? nullptr : prompt.c_str(), name, point);
+    if (status != RTNORM) return noPick(in, status);
+    return makeList(makeEntityName(name), pointValue(point));
+}
+
+/// Result of the functions that pick inside of blocks.
+struct NestedPick {
+    ads_name name = {0, 0};
+    ads_point point = {0, 0, 0};
+    ads_matrix matrix = {};
+    resbuf* containers = nullptr;
+
+    NestedPick() = default;
+    ~NestedPick() { acutRelRb(containers); }
+    NestedPick(const NestedPick&) = delete;
+    NestedPick& operator=(const NestedPick&) = delete;
+
+    /// (entity point), and for an entity of a block the matrix and the insertions around it.
+    Value value(const Value& matrix_rows) const {
+        if (containers == nullptr) return makeList(makeEntityName(name), pointValue(point));
+        ListBuilder around;
+        for (const resbuf* node = containers; node != nullptr; node = node->rbnext)
+            around.add(makeEntityName(node->resval.rlname));
+        return makeList(makeEntityName(name), pointValue(point), matrix_rows, around.take());
+    }
+};
+
+/// The axes and the origin of the block, a point each.
+Value axesValue(const ads_matrix matrix) {
+    const auto column = [&](int i) {
+        return makeList(Value::real(matrix[0][i]), Value::real(matrix[1][i]),
+                        Value::real(matrix[2][i]));
+    };
+    return makeList(column(0), column(1), column(2), column(3));
+}
+
+Value rowsValue(const ads_matrix matrix) {
+    const auto row = [&](int i) {
+        return makeList(Value::real(matrix[i][0]), Value::real(matrix[i][1]),
+                        Value::real(matrix[i][2]), Value::real(matrix[i][3]));
+    };
+    return makeList(row(0), row(1), row(2), row(3));
+}
+
+Value nentsel(Interpreter& in, Args args) {
+    const Value& message = optionalArg(args, 0);
+    const std::u16string prompt = promptArg(in, message);
+    NestedPick pick;
+    const int status = acedNEntSelP(message.isNil() ? nullptr : prompt.c_str(), pick.name,
+                                    pick.point, 0, pick.matrix, &pick.containers);
+    return status == RTNORM ? pick.value(axesValue(pick.matrix)) : noPick(in, status);
+}
+
+Value nentselp(Interpreter& in, Args args) {
+    const PointPrompt asked(in, args);
+    const bool has_message =
+        std::any_of(args.begin(), args.end(), [](const Value& arg) { return arg.isText(); });
+    NestedPick pick;
+    std::copy(asked.point, asked.point + 3, pick.point);
+    const int status =
+        acedNEntSelP(has_message ? asked.prompt.c_str() : nullptr, pick.name, pick.point,
+                     asked.base != nullptr ? 1 : 0, pick.matrix, &pick.containers);
+    return status == RTNORM ? pick.value(rowsValue(pick.matrix)) : noPick(in, status);
+}
+
 // --- commands -----------------------------------------------------------------------------------
 
 InputToken tokenOf(Interpreter& in, const Value& value) {
@@ -181,6 +260,13 @@ const Builtin kRows[] = {
     {"getstring", 0, 2, getstring, "(getstring [blanks] [prompt])",
      "Asks for a text; with blanks not nil it may hold blanks."},
     {"getkword", 0, 1, getkword, "(getkword [prompt])", "Asks for a keyword of initget."},
+    {"entsel", 0, 1, entsel, "(entsel [prompt])",
+     "Asks for an entity: (entity point); nil for a miss (ERRNO 7) and for Enter (52)."},
+    {"nentsel", 0, 1, nentsel, "(nentsel [prompt])",
+     "Asks for the innermost entity: (entity point), in a block (entity point (x y z origin) "
+     "(insertion ...)), innermost first."},
+    {"nentselp", 0, 2, nentselp, "(nentselp [prompt] [point])",
+     "The same, or without asking at a point; the way to the world is a matrix of four rows."},
     {"command", Operands::Evaluated, command, "(command [argument ...])",
      "Runs commands and answers their prompts; without arguments cancels; gives nil."},
     {"command-s", 1, kAnyNumber, commandS, "(command-s argument ...)",
@@ -204,7 +290,7 @@ bool answerToken(const Value& value, InputToken& token) {
     } else if (value.is(Kind::SelectionSet)) {
         token = InputToken::ofName(InputToken::Kind::Set, value.as<SelectionSet>()->name);
     } else if (pointOf(value, point)) {
-        token = InputToken::ofPoint(point);
+        token = InputToken::ofPoint(point, value.cons()->cdr.cons()->cdr.isNil());
     } else {
         return false;
     }

@@ -139,6 +139,25 @@ KZ_EXPORT kz_Char* kz_AcCAD_getDwgNameFromEnt(const AcDbEntity* entity, int* att
                                               int* foundOpen, int search);
 KZ_EXPORT kz_Char* kz_AcCAD_getDwgNameFromEntObjId(const AcDbObjectId* object, int* attached,
                                                    int* foundOpen, int search);
+
+// --- picks --------------------------------------------------------------------------------------
+
+/// Lets the user pick an object, as a new id that the caller destroys. Of an attached drawing it is
+/// the innermost object at the point, or the first around it that has data of its own and, where
+/// there is one, that is a member of a group; its id has state 2 and the way from its block to the
+/// current drawing. All other ids have state 1. `point`, which may be NULL, gets the picked point
+/// [local]. @return NULL for a miss, a cancel and an object that can't be opened
+KZ_EXPORT kz_CADObjId* kz_CADObjId_select(const kz_Char* prompt, kz_Point* point);
+/// The object at a point [local], looked for in blocks, too, without asking: the innermost one, or
+/// the first around it that has data of its own. States as above, by whether it lies in an attached
+/// drawing. @return NULL; a miss adds the custom error 11 to the error list
+KZ_EXPORT kz_CADObjId* kz_CADObjId_getAtPoint(const kz_Point* point);
+/// The object that a pick means: a vertex or an attribute gives way to the entity that it is part
+/// of, and an object without XDATA to the first one around it that has some. `containers` is the
+/// chain of acedNEntSelP, or NULL. `hasData`, which may be NULL, gets 1 when there is XDATA.
+/// @return 0 for an entity that can't be read; the name is null then
+KZ_EXPORT int kz_AcCAD_resolvePickedEntity(ads_name out, const ads_name picked,
+                                           const resbuf* containers, int* hasData);
 }
 
 #endif

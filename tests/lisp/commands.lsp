@@ -50,7 +50,7 @@
 
 ;; Arcs: the same quarter about the origin in all forms.
 (defun quarter (name)
-  (drew name '(0 10 40 50 51) '("ARC" (0.0 0.0 0.0) 2.0 0.0 90.0)))
+  (drew name '(0 10 40 50 51) '("ARC" (0.0 0.0 0.0) 2.0 0.0 1.5707963267948966)))
 (command "_.arc" '(2 0) (list (sqrt 2) (sqrt 2)) '(0 2))
 (quarter "three points")
 (command "_.arc" '(0 2) (list (sqrt 2) (sqrt 2)) '(2 0))
@@ -72,7 +72,7 @@
 (command "_.arc" '(2 0) "_e" '(0 2) "_r" 2)
 (quarter "start, end, radius")
 (command "_.arc" '(2 0) "_e" '(0 2) "_r" -2)
-(drew "a negative radius is the greater arc" '(10 50 51) '((2.0 2.0 0.0) 270.0 180.0))
+(drew "a negative radius is the greater arc" '(10 50 51) '((2.0 2.0 0.0) 4.71238898038469 3.141592653589793))
 (setq before (count-all))
 (command "_.arc" '(0 0) '(1 1) '(2 2))
 (command "_.arc" '(0 0) "_e" '(9 0) "_r" 1)
@@ -121,18 +121,18 @@
 
 ;; Texts.
 (command "_.text" '(1 2) 3.5 30 "Pump 1, left")
-(drew "a text" '(0 1 10 40 50 72 11) '("TEXT" "Pump 1, left" (1.0 2.0 0.0) 3.5 30.0 nil nil))
+(drew "a text" '(0 1 10 40 50 72 11) '("TEXT" "Pump 1, left" (1.0 2.0 0.0) 3.5 0.5235987755982988 nil nil))
 (is "its height is kept" 3.5 '(getvar "TEXTSIZE"))
 (command "_.text" "_j" "_mc" '(4 4) "" "" "middle")
 (drew "justified" '(1 40 72 73 11) '("middle" 3.5 1 2 (4.0 4.0 0.0)))
 (command "_.text" "_r" '(4 4) 2 0 "right")
 (drew "a justification without Justify" '(72 11) '(2 (4.0 4.0 0.0)))
 (command "_.text" "_f" '(0 0) '(0 9) 2 "fit")
-(drew "between two points" '(10 11 72 40 50) '((0.0 0.0 0.0) (0.0 9.0 0.0) 5 2.0 90.0))
+(drew "between two points" '(10 11 72 40 50) '((0.0 0.0 0.0) (0.0 9.0 0.0) 5 2.0 1.5707963267948966))
 (entmake '((0 . "STYLE") (100 . "AcDbSymbolTableRecord") (100 . "AcDbTextStyleTableRecord") (2 . "FIXED")
-           (70 . 0) (40 . 7.0) (41 . 0.8) (50 . 15.0) (71 . 0) (42 . 7.0) (3 . "txt") (4 . "")))
+           (70 . 0) (40 . 7.0) (41 . 0.8) (50 . 0.2617993877991494) (71 . 0) (42 . 7.0) (3 . "txt") (4 . "")))
 (command "_.text" "_s" "nosuch" "_s" "fixed" '(0 0) 0 "of its style")
-(drew "the style fixes the height" '(7 40 41 51) '("fixed" 7.0 0.8 15.0))
+(drew "the style fixes the height" '(7 40 41 51) '("fixed" 7.0 0.8 0.2617993877991494))
 
 ;; Current settings.
 (command "_.color" "red" "_.elev" 5 2 "celtscale" 3 "_.lweight" 0.33 "_.layer" "_m" "WATER" "")

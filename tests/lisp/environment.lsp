@@ -17,6 +17,7 @@
 (kz_CADDwgId_destroy drawing)
 (is "an id that is gone" nil '(kz_CAD_createLayer drawing "More"))
 (is "an entity is no drawing" nil '(kz_CAD_createLayer (make-line) "More"))
+(is "nor is a handle that nobody has" nil (quote (kz_CAD_createLayer "PLANT" "More")))
 
 ;; State.
 (defun state (name)

@@ -61,12 +61,12 @@
 (holds "a scale is above 0" a '(10) '((5.0 0.0 0.0)))
 
 ;; Mirroring: the mirrored one takes the sense of its figure along.
-(setq a (make '((0 . "ARC") (10 2.0 0.0 0.0) (40 . 1.0) (50 . 0.0) (51 . 90.0))))
+(setq a (make '((0 . "ARC") (10 2.0 0.0 0.0) (40 . 1.0) (50 . 0.0) (51 . 1.5707963267948966))))
 (command "_.mirror" a "" '(0 0) '(0 1) "_no")
-(holds "a mirrored copy" (entlast) '(10 50 51) '((-2.0 0.0 0.0) 90.0 180.0))
+(holds "a mirrored copy" (entlast) '(10 50 51) '((-2.0 0.0 0.0) 1.5707963267948966 3.141592653589793))
 (holds "of an arc that stays" a '(10 50) '((2.0 0.0 0.0) 0.0))
 (command "_.mirror" a "" '(0 0) '(1 1) "_yes")
-(holds "in its place" a '(10 50 51) '((0.0 2.0 0.0) 0.0 90.0))
+(holds "in its place" a '(10 50 51) '((0.0 2.0 0.0) 0.0 1.5707963267948966))
 (command "_.pline" '(1 0) "_a" "_d" 90 '(3 0) "" "_.mirror" (entlast) "" '(0 0) '(0 1) "_y")
 (holds "bulges change their sign" (entlast) '(10 42) '((-1.0 0.0) 1.0))
 
@@ -88,7 +88,7 @@
 (command "_.mirror" a "" '(0 0) '(0 1) "_y")
 (holds "written backward" a '(10 71 50 72) '((-2.0 3.0 0.0) 2 nil nil))
 (command "_.mirror" a "" '(0 0) '(1 0) "_y")
-(holds "twice mirrored is turned" a '(10 71 50) '((-2.0 -3.0 0.0) 0 180.0))
+(holds "twice mirrored is turned" a '(10 71 50) '((-2.0 -3.0 0.0) 0 3.141592653589793))
 
 ;; Thickness, extrusion directions, XDATA that means places and lengths.
 (regapp "KZ_TEST")
@@ -126,7 +126,7 @@
 (holds "a copied dimension has its own points" b '(10 11 13) '((10.0 2.0 0.0) (12.0 2.0 0.0) (10.0 0.0 0.0)))
 (is "and its own picture" '((0.0 2.0 0.0) (10.0 2.0 0.0)) '(list (picture a) (picture b)))
 (command "_.rotate" b "" '(0 0) 90)
-(is "which goes along" '(90.0 (-2.0 10.0 0.0)) '(list (group 50 b) (picture b)))
+(is "which goes along" '(1.5707963267948966 (-2.0 10.0 0.0)) '(list (group 50 b) (picture b)))
 
 ;; Properties.
 (setq a (make-at 0.0 0.0) b (make-at 1.0 0.0))

@@ -84,6 +84,7 @@
 ;; Spaces.
 (command "_.mspace")
 (is "outside of layouts there is one space" '(1 2) '(list (getvar "TILEMODE") (getvar "CVPORT")))
+(setq drawn (entnext))
 (command "tilemode" 0)
 (is "paper space" '(0 1) '(list (getvar "TILEMODE") (getvar "CVPORT")))
 (command "_.mspace")
@@ -93,7 +94,6 @@
 (command "_.circle" '(0 0) 7)
 (setq sheet (entmakex '((0 . "VIEWPORT") (100 . "AcDbEntity") (67 . 1) (8 . "0") (100 . "AcDbViewport")
                         (10 210.0 148.0 0.0) (40 . 420.0) (41 . 297.0) (68 . 1) (69 . 1))))
-(setq drawn (entnext))
 (command "_.erase" "_all" "")
 (is "the sheet is no object, model space is another space" '("VIEWPORT" "LINE")
     '(list (cdr (assoc 0 (entget sheet))) (cdr (assoc 0 (entget drawn)))))

@@ -3,6 +3,7 @@
 
 #include "checks.h"
 #include "kz/kz_error.h"
+#include "kz/kz_point_cnv.h"
 #include "trace.h"
 
 namespace kz {
@@ -19,7 +20,7 @@ CadCall::CadCall(const kz_Char* name, const kz_Char* refusal)
     : TwinCall(kFamily, name, nullptr), refusal_(refusal) {}
 
 CadCall::~CadCall() {
-    if (readAll()) return;
+    if (readAll() || refusal_ == nullptr) return;
     kz_Error_submit(kz_ErrorGroupGeneral, kInvalidParameters, nullptr, nullptr);
     KZ_TRACEF(kTraceExit, kTraceCad, KZ_T("%s%s"), name(), refusal_);
 }
@@ -31,12 +32,15 @@ const int64_t* CadCall::drawingName() {
 
 kz_CADDwgId* CadCall::readDrawing(bool nil_allowed) {
     kz_CADDwgId* drawing = nullptr;
+    const resbuf* node = rest();
+    // A handle that nobody has reads as a null name, too.
+    const bool handle = node != nullptr && kz_Rb_typeRb(node) == KZ_RB_STRING;
     read([&](resbuf** cursor) {
         ads_name name = {};
         if (kz_Rb_getNextADSName(name, cursor, nullptr, nil_allowed ? 1 : 0) != 1) return 0;
         drawing = kz_CADDwgId_fromADSName(name, 1);
         // A name that is no drawing must not turn into the working database.
-        return drawing != nullptr || (nil_allowed && isNull(name)) ? 1 : 0;
+        return drawing != nullptr || (nil_allowed && !handle && isNull(name)) ? 1 : 0;
     });
     return drawing;
 }
@@ -51,6 +55,15 @@ kz_CADObjId* CadCall::object() {
 kz_CADSelSetId* CadCall::selectionSet() {
     read([this](resbuf** cursor) { return kz_Rb_getNextSelSet(set_.name, cursor, nullptr, 0); });
     return &set_;
+}
+
+const kz_Point* CadCall::point() {
+    read([this](resbuf** cursor) {
+        double values[3] = {};
+        if (kz_Rb_getNextPoint(values, cursor, nullptr, 0) != 1) return 0;
+        return kz_Point_fromADSPoint(&point_, values);
+    });
+    return &point_;
 }
 
 double CadCall::realOrZero() {

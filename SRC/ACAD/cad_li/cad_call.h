@@ -11,7 +11,8 @@ namespace kz {
 
 class CadCall : public TwinCall {
   public:
-    /// `refusal` is traced behind the twin's name when an argument was refused.
+    /// `refusal` is traced behind the twin's name when an argument was refused; NULL: then nothing
+    /// is told at all.
     CadCall(const kz_Char* name, const kz_Char* refusal);
     ~CadCall();
 
@@ -27,6 +28,7 @@ class CadCall : public TwinCall {
     /// An object by name or handle. A handle that nobody has gives a null id.
     kz_CADObjId* object();
     kz_CADSelSetId* selectionSet();
+    const kz_Point* point();
     /// A text of any length; NULL for nil.
     const kz_Char* textOrNull();
     /// A number; 0 for nil.
@@ -48,6 +50,7 @@ class CadCall : public TwinCall {
     ads_name drawing_ = {};
     kz_CADObjId object_ = {};
     kz_CADSelSetId set_ = {};
+    kz_Point point_ = {};
     OwnedText text_;
 };
 

@@ -26,6 +26,12 @@ Opened<T> openObject(const kz_CADObjId* id, AcDb::OpenMode mode) {
     return openObject<T>(object, mode);
 }
 
+/// Puts what a function of the platform gave on the error list, as the custom error 11.
+void submitStatus(const kz_Char* function, Acad::ErrorStatus status);
+
+/// True for the block of an attached drawing.
+bool isAttachment(const AcDbBlockTableRecord& block);
+
 /// The working database; NULL when there is none.
 AcDbDatabase* workingDatabase();
 

@@ -16,10 +16,6 @@ constexpr size_t kPathSize = 513;
 constexpr int kPicked = 1;
 constexpr int kPickedInside = 2;
 
-bool isAttachment(const AcDbBlockTableRecord& block) {
-    return block.isFromExternalReference() || block.isFromOverlayReference();
-}
-
 /// The file of a drawing, when it has one.
 kz::OwnedText fileOf(const AcDbDatabase& drawing) {
     const ACHAR* name = nullptr;
@@ -75,6 +71,10 @@ kz::OwnedText wholePath(kz::OwnedText file) {
 
 }  // namespace
 
+bool kz::isAttachment(const AcDbBlockTableRecord& block) {
+    return block.isFromExternalReference() || block.isFromOverlayReference();
+}
+
 bool kz::anyAttachedDrawing(const std::function<bool(AcDbDatabase*)>& test) {
     const AcDbDatabase* working = kz::workingDatabase();
     AcDbBlockTable* opened = nullptr;
@@ -89,7 +89,8 @@ bool kz::anyAttachedDrawing(const std::function<bool(AcDbDatabase*)>& test) {
         AcDbBlockTableRecord* record = nullptr;
         if (walk->getRecord(record, AcDb::kForRead) != Acad::eOk) continue;
         const kz::Opened<AcDbBlockTableRecord> block(record);
-        AcDbDatabase* drawing = isAttachment(*block.get()) ? block->xrefDatabase(true) : nullptr;
+        AcDbDatabase* drawing =
+            kz::isAttachment(*block.get()) ? block->xrefDatabase(true) : nullptr;
         if (drawing != nullptr && test(drawing)) return true;
     }
     return false;

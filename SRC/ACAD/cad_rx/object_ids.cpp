@@ -1,5 +1,5 @@
 /// Object ids that open their objects, and the platform's id behind them.
-#include "guards.h"
+#include "ACAD/cad_rx/cad_rx.h"
 #include "kz/kz_error.h"
 #include "kz/kz_objid.h"
 #include "trace.h"
@@ -9,13 +9,6 @@ namespace {
 constexpr const char* kTraceSource = "SRC/ACAD/cad_rx";
 /// Code of the entry for a name that the platform refuses.
 constexpr int kRefused = 11;
-
-/// Puts what a function of the platform gave on the error list.
-void submitStatus(const kz_Char* function, Acad::ErrorStatus status) {
-    kz_Char* text = kz_Diag_getDiagMsgBuf();
-    kz_Error_getARXErrorMsg(text, function, status);
-    kz_Error_submitCustomError(text, kRefused, nullptr, nullptr);
-}
 
 int eraseObject(const kz_CADObjId* id) {
     AcDbObjectId object;
@@ -29,11 +22,17 @@ int eraseObject(const kz_CADObjId* id) {
 
 }  // namespace
 
+void kz::submitStatus(const kz_Char* function, Acad::ErrorStatus status) {
+    kz_Char* text = kz_Diag_getDiagMsgBuf();
+    kz_Error_getARXErrorMsg(text, function, status);
+    kz_Error_submitCustomError(text, kRefused, nullptr, nullptr);
+}
+
 int kz_CADObjId_getAcDbObjectId(AcDbObjectId* out, const kz_CADObjId* id) {
     if (out == nullptr || kz_CADObjId_isNull(id) == 1) return 0;
     const Acad::ErrorStatus status = acdbGetObjectId(*out, id->ename);
     KZ_ASSERTION(status == Acad::eOk);
-    if (status != Acad::eOk) submitStatus(KZ_T("acdbGetObjectId"), status);
+    if (status != Acad::eOk) kz::submitStatus(KZ_T("acdbGetObjectId"), status);
     return status == Acad::eOk ? 1 : 0;
 }
 

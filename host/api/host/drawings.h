@@ -26,10 +26,12 @@ struct Attachment {
 /// The attachments of a drawing in the order of its blocks, missing ones too; none for NULL.
 HOST_API std::vector<Attachment> attachments(AcDbDatabase* drawing);
 /// The drawing that an attachment stands for, read on the first call from its path or, when that
-/// leads nowhere, from a file of that name beside the drawing. It lives as long as the drawing that
-/// it is attached to.
-/// @return NULL for another block, a file that is missing or can't be read, and a file that the
-/// drawing itself was reached from
+/// leads nowhere, from a file of that name beside the drawing. It lives until the attachment is
+/// reloaded, unloaded, detached or gets another path, at most as long as the drawing that it is
+/// attached to.
+/// @return NULL for another block, one that is unloaded, a file that is missing or can't be read,
+/// and a file that the drawing itself was reached from. A failure is told and stays until a reload
+/// or another path
 HOST_API AcDbDatabase* attachedDrawing(AcDbObjectId block);
 
 /// How a block stands in a drawing: a point p of the block lies at origin + x p.x + y p.y + z p.z.

@@ -55,6 +55,23 @@ ACAD_API int acedGetInput(ACHAR* result);
 /// aperture of the present view. @return RTERROR when there is none; `result` is then as it was
 ACAD_API int acedOsnap(const ads_point point, const ACHAR* modes, ads_point result);
 
+/// Asks for one entity: by a point, which picks the latest drawn entity of the present space in the
+/// pick box (PICKBOX), by an entity name, or by "Last". A NULL prompt is "Select object: "; of
+/// acedInitGet the keywords count. `point` gets the picked point, for a named entity the last
+/// point.
+/// @return RTERROR for a miss (ERRNO 7) and for Enter (ERRNO 52)
+ACAD_API int acedEntSel(const ACHAR* prompt, ads_name entity, ads_point point);
+/// The same for the innermost entity, in blocks and attached drawings too; of a POLYLINE the vertex
+/// that the picked segment starts at, of an insertion the attribute. With `pointIsGiven` nothing is
+/// asked, and `point` is the one to pick at.
+/// @param matrix      gets the way from the coordinates of the entity's block to the world, for
+///                    column vectors; the identity for an entity that is in no block; may be NULL
+/// @param containers  gets the insertions around it, innermost first, as RTENAME nodes that the
+///                    caller releases, or NULL for none; may be NULL
+/// @return as acedEntSel
+ACAD_API int acedNEntSelP(const ACHAR* prompt, ads_name entity, ads_point point, int pointIsGiven,
+                          ads_matrix matrix, resbuf** containers);
+
 /// Runs commands from pairs of type code and value, ended by RTNONE (or 0): texts, points, reals,
 /// shorts, longs, entity names and selection sets; an empty text is Enter. A command that asks for
 /// more is cancelled. @return RTNORM when all commands did their work, RTREJ while another command

@@ -2,6 +2,7 @@
 // users answer; and what is said.
 #include <gtest/gtest.h>
 
+#include <numbers>
 #include <set>
 
 #include "acad/ed.h"
@@ -90,7 +91,7 @@ TEST_F(CommandTest, an_insert_takes_reals_for_scales_and_degrees) {
     const Chain insert(acdbEntGet(Last().name));
     EXPECT_EQ(group(insert, 41)->resval.rreal, 2.5);
     EXPECT_EQ(group(insert, 42)->resval.rreal, -1.0);
-    EXPECT_EQ(group(insert, 50)->resval.rreal, 30.0);
+    EXPECT_NEAR(group(insert, 50)->resval.rreal, std::numbers::pi / 6, 1e-15);
     EXPECT_EQ(acedCommandS(RTSTR, u"._insert", RTSTR, u"NOT THERE", RTNONE), RTCAN);
     EXPECT_TRUE(told(u"INSERT: there is no block and no file \"NOT THERE\"."));
 }

@@ -57,7 +57,7 @@ class EditorTest : public testing::Test {
     /// A new entity from its groups: "(0 . \"LINE\") (10 0 0 0) ...".
     static host::Slot make(const std::string& groups) {
         EXPECT_NE(eval("(entmake '(" + groups + "))"), "nil") << groups;
-        return drawing().lastEntity();
+        return drawing().lastEntity(drawing().modelSpace());
     }
 
   private:

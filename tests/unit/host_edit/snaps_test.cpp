@@ -88,7 +88,7 @@ TEST_F(Snaps, circles_and_arcs) {
     EXPECT_EQ(snap(20, 45, "tan"), "19.2308 46.1538 0");
     EXPECT_EQ(snap(-49, 5, "per"), "-50 0 0");
     make("(0 . \"ARC\") (8 . \"0\") (10 200 0 0) (40 . 50.0) (50 . 0.0) (51 . 0.0)");
-    Tags& arc = drawing().changeTags(drawing().lastEntity());
+    Tags& arc = drawing().changeTags(drawing().lastEntity(drawing().modelSpace()));
     arc[findTag(arc, 51)] = Tag(51, 90.0);
     EXPECT_EQ(snap(210, 48, "end"), "200 50 0");
     EXPECT_EQ(snap(151, 5, "nea"), "nil");
@@ -157,7 +157,7 @@ TEST_F(Snaps, the_system_of_the_user_counts) {
 
 TEST_F(Snaps, hidden_entities_are_not_found) {
     line("0 0 0", "100 0 0");
-    drawing().changeTags(drawing().lastEntity()).emplace_back(60, int64_t{1});
+    drawing().changeTags(drawing().lastEntity(drawing().modelSpace())).emplace_back(60, int64_t{1});
     EXPECT_EQ(snap(0, 0, "end"), "nil");
     eval(
         "(entmake '((0 . \"LAYER\") (100 . \"AcDbSymbolTableRecord\") "
@@ -208,7 +208,7 @@ TEST_F(BlockSnaps, nested_blocks) {
     EXPECT_EQ(snap(2, 130, "end"), "0 140 0");
     // The insertion inside is the one whose line was picked.
     EXPECT_EQ(snap(2, 130, "ins"), "0 100 0");
-    const AcDbExtents box = entityExtents(drawing(), drawing().lastEntity());
+    const AcDbExtents box = entityExtents(drawing(), drawing().lastEntity(drawing().modelSpace()));
     EXPECT_TRUE(near(box.minPoint(), AcGePoint3d(-10, 90, 0)));
     EXPECT_TRUE(near(box.maxPoint(), AcGePoint3d(10, 140, 0)));
 }
@@ -216,7 +216,7 @@ TEST_F(BlockSnaps, nested_blocks) {
 TEST_F(BlockSnaps, unequal_scales_make_ellipses) {
     insert("INNER", "0 0 0", 0.0, "(41 . 4.0) (42 . 1.0)");
     EXPECT_EQ(snap(18, 2, "qua"), "20 0 0");
-    const AcDbExtents box = entityExtents(drawing(), drawing().lastEntity());
+    const AcDbExtents box = entityExtents(drawing(), drawing().lastEntity(drawing().modelSpace()));
     EXPECT_TRUE(near(box.minPoint(), AcGePoint3d(-20, -5, 0)));
     EXPECT_TRUE(near(box.maxPoint(), AcGePoint3d(80, 5, 0)));
 }
@@ -225,11 +225,13 @@ TEST_F(BlockSnaps, rows_and_columns) {
     insert("INNER", "0 0 0", 0.0, "(70 . 3) (71 . 2) (44 . 100.0) (45 . 50.0)");
     EXPECT_EQ(snap(203, 52, "cen"), "200 50 0");
     EXPECT_TRUE(
-        near(entityExtents(drawing(), drawing().lastEntity()).maxPoint(), AcGePoint3d(220, 55, 0)));
+        near(entityExtents(drawing(), drawing().lastEntity(drawing().modelSpace())).maxPoint(),
+             AcGePoint3d(220, 55, 0)));
     // Far too many to visit: the box is still right.
     insert("INNER", "0 0 0", 0.0, "(70 . 30000) (71 . 30000) (44 . 1.0) (45 . 1.0)");
-    EXPECT_TRUE(near(entityExtents(drawing(), drawing().lastEntity()).maxPoint(),
-                     AcGePoint3d(29999 + 20, 29999 + 5, 0)));
+    EXPECT_TRUE(
+        near(entityExtents(drawing(), drawing().lastEntity(drawing().modelSpace())).maxPoint(),
+             AcGePoint3d(29999 + 20, 29999 + 5, 0)));
 }
 
 TEST_F(BlockSnaps, a_block_in_itself_and_a_missing_one_do_no_harm) {
@@ -268,7 +270,8 @@ class Shapes : public EditorTest {
         EXPECT_TRUE(
             openDrawing(folder_.write("one.dxf", dxf_text::drawing(dxf_text::pairs(pairs))), error))
             << error;
-        const AcDbExtents found = entityExtents(drawing(), drawing().lastEntity());
+        const AcDbExtents found =
+            entityExtents(drawing(), drawing().lastEntity(drawing().modelSpace()));
         if (found.isEmpty()) return "empty";
         return rounded(found.minPoint()) + " " + rounded(found.maxPoint());
     }

@@ -17,7 +17,7 @@ class DrawingIds : public test::SuiteTest {
         saved("part.dxf");
         attach("PART", "part.dxf");
         attach("AGAIN", "part.dxf");
-        insert("PART", "(10 10.0 0.0 0.0) (50 . 90.0)");
+        insert("PART", "(10 10.0 0.0 0.0) (50 . 1.5707963267948966)");
         saved("host.dxf");
         open("host.dxf");
     }

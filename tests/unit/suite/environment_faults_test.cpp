@@ -22,6 +22,8 @@ class EnvironmentFaults : public test::SuiteTest {
     void SetUp() override {
         SuiteTest::SetUp();
         host::setSink(host::Channel::Message, [](std::u16string_view) {});
+        lisp("(entmake '((0 . \"POINT\") (10 0.0 0.0 0.0)))");
+        attached_ = saved("attached.dxf");
         // The error list is made for its first entry and then stays.
         kz_Error_submit(kz_ErrorGroupGeneral, 12, nullptr, nullptr);
     }
@@ -118,11 +120,27 @@ class EnvironmentFaults : public test::SuiteTest {
         SUITE(kz_CoordSys_world)();
     }
 
-    static std::vector<Operation> operations() {
+    /// Picks in an attached drawing, of which the point at (1 2) is to be seen.
+    void pick() const {
+        host::evalLisp(kz::toUtf16("(command \"_.xref\" \"_attach\" \"P=" + attached_ +
+                                   "\" '(1 2) \"\" \"\" \"\")"));
+        const kz_Point at = {1.0, 2.0, 0.0};
+        kz_Point point = {};
+        kz_RotMatrix rotation;
+        host::queuePoint(1, 2);
+        kz_CADObjId* id = kz_CADObjId_select(KZ_T("Q"), &point);
+        kz_CADObjId_getDwgTransform(nullptr, &point, &rotation, id);
+        kz_CADObjId_destroy(id);
+        kz_CADObjId_destroy(kz_CADObjId_getAtPoint(&at));
+        host::clearAnswers();
+    }
+
+    std::vector<Operation> operations() const {
         return {{"input", askForValues},
                 {"layers", workOnLayers},
                 {"settings", readSettings},
-                {"view", lookAround}};
+                {"view", lookAround},
+                {"picks", [this] { pick(); }}};
     }
 
     /// Runs an operation on a new drawing, and looks at what it left.
@@ -139,6 +157,8 @@ class EnvironmentFaults : public test::SuiteTest {
         SUITE(kz_CADDwgId_destroyAll)();
         host::newDrawing();
     }
+
+    std::string attached_;
 };
 
 TEST_F(EnvironmentFaults, PlatformCallsFailOnceEach) {

@@ -308,7 +308,7 @@ TEST_F(Coordinates, ViewPlaneLiesAcrossTheViewThroughThePoint) {
     EXPECT_EQ(world({1, 0, 0}), "4000 6000 6000") << "seen along -x, y points to the right";
     EXPECT_EQ(world({0, 1, 0}), "4000 5000 7000") << "and z up";
     EXPECT_EQ(SUITE(kz_CoordSys_previous)(), 1);
-    lisp("(entmod (list (cons -1 v) '(16 0.0 0.0 1.0) '(51 . 90.0)))");
+    lisp("(entmod (list (cons -1 v) '(16 0.0 0.0 1.0) '(51 . 1.5707963267948966)))");
     EXPECT_EQ(SUITE(kz_CoordSys_fromView)(&point), 1);
     EXPECT_EQ(world({1, 0, 0}), "4000 4000 6000") << "a twist turns the picture to the left";
     EXPECT_EQ(SUITE(kz_CoordSys_fromView)(nullptr), 0);

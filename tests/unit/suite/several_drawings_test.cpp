@@ -92,8 +92,10 @@ TEST_F(SeveralDrawings, AttachedDrawingIsReadOnceFromItsPathOrFromBesideTheDrawi
     EXPECT_EQ(fileOf(host::attachedDrawing(found[1].block)), "part.dxf");
     EXPECT_EQ(host::attachedDrawing(found[2].block), nullptr);
     EXPECT_EQ(host::attachedDrawing({}), nullptr);
-    // A file that comes later is found.
+    // A file that comes later is found on a reload.
     folder_.write("gone.dxf", TempFolder::read(folder_.file("part.dxf")));
+    EXPECT_EQ(host::attachedDrawing(found[2].block), nullptr);
+    lisp("(command \"_.xref\" \"_reload\" \"GONE\")");
     EXPECT_NE(host::attachedDrawing(found[2].block), nullptr);
 }
 
@@ -116,7 +118,7 @@ TEST_F(SeveralDrawings, PlacementTakesScaleRotationExtrusionAndBasePoint) {
     lisp("(entmake '((0 . \"ENDBLK\")))");
     lisp("(entmake '((0 . \"BLOCK\") (2 . \"FLIP\") (70 . 4) (10 0.0 0.0 0.0)))");
     lisp("(entmake '((0 . \"ENDBLK\")))");
-    insert("B", "(10 10.0 0.0 0.0) (41 . 2.0) (50 . 90.0)");
+    insert("B", "(10 10.0 0.0 0.0) (41 . 2.0) (50 . 1.5707963267948966)");
     insert("B", "(10 99.0 0.0 0.0)");
     insert("FLIP", "(10 3.0 4.0 5.0) (210 0.0 0.0 -1.0)");
     const std::vector<host::Attachment> found = host::attachments(editor());
