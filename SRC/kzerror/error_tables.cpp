@@ -1,6 +1,7 @@
 /// The tables of error numbers and messages, and looking a message up.
 #include <new>
 
+#include "group_errors.h"
 #include "guards.h"
 #include "kzerror/kzerror.h"
 

@@ -1,12 +1,8 @@
-/// What the parts of the error registry share: the entry, the list, and the table that stays inside
-/// the library.
+/// What the parts of the error registry share: the entry and the list.
 #ifndef SRC_KZERROR_KZERROR_H
 #define SRC_KZERROR_KZERROR_H
 
 #include "kz/kz_error.h"
-
-/// The errors of the group engine.
-extern const kz_ErrorMsg kz_ErrorGroupGroup[];
 
 namespace kz {
 

@@ -129,7 +129,7 @@ const StyleBook::Layer& StyleBook::layerNamed(const std::u16string& name) {
 PlotContext StyleBook::styleOf(Slot entity, const PlotContext* outer) {
     const Tags& tags = drawing_.tags(entity);
     std::u16string name = textOf(tags, 8, drawing_.codec());
-    if (name.empty()) name = u"0";
+    if (name.empty()) name.assign(1, u'0');
     const Layer& layer = layerNamed(name);
     PlotContext context;
     context.layer = layer.zero && outer != nullptr ? outer->layer : layer.style;

@@ -7,11 +7,10 @@
 #include <string_view>
 #include <utility>
 
-#include "acad/groups.h"
 #include "checks.h"
+#include "group_errors.h"
 #include "guards.h"
 #include "kz/kz_group_fields.h"
-#include "kzerror/kzerror.h"
 #include "trace.h"
 
 namespace kz {
