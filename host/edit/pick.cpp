@@ -80,6 +80,14 @@ class PickVisitor : public ShapeVisitor {
         inside_.push_back({open_.back().entity, &inner, to});
     }
     void leaveBlock() override { inside_.pop_back(); }
+    /// A large attached drawing must not be walked over at each pick.
+    bool chooses(Database& inner, const AcGeMatrix3d& to, std::vector<Slot>& chosen) override {
+        open_.back().shows = true;
+        chosen = entitiesIn(inner, inner.modelSpace(), to, {place_.x - half_, place_.y - half_},
+                            {place_.x + half_, place_.y + half_});
+        std::reverse(chosen.begin(), chosen.end());
+        return true;
+    }
 
     void end(Slot) override {
         const Open entity = std::move(open_.back());

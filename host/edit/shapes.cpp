@@ -139,23 +139,35 @@ void ShapeWalker::visitInserted(std::u16string_view name, const AcGeMatrix3d& to
     ShapeWalker* const walker = isAttachment(block) ? attachedWalker(block) : this;
     if (walker == nullptr) return;
     const Slot contents = walker == this ? block : walker->database_.modelSpace();
-    AcDbExtents box = walker->boxOf(contents);
-    box.transformBy(to);
-    if (box.isEmpty() || !visitor.enters(box, static_cast<int>(depth()))) return;
+    std::vector<Slot> chosen;
+    const bool some = walker != this && visitor.chooses(walker->database_, to, chosen);
+    if (!some) {
+        AcDbExtents box = walker->boxOf(contents);
+        box.transformBy(to);
+        if (box.isEmpty() || !visitor.enters(box, static_cast<int>(depth()))) return;
+    }
     if (walker != this) {
         walker->layers_ = {layers_.back()};
         walker->outer_depth_ = depth();
     }
     visitor.enterBlock(walker->database_, to);
-    walker->visitBlock(contents, to, visitor);
+    if (some) {
+        walker->visitContents(contents, chosen, to, visitor);
+    } else {
+        walker->visitBlock(contents, to, visitor);
+    }
     visitor.leaveBlock();
 }
 
 void ShapeWalker::visitBlock(Slot block, const AcGeMatrix3d& to, ShapeVisitor& visitor) {
     const Block* contents = database_.findBlock(block);
-    if (contents == nullptr) return;
+    if (contents != nullptr) visitContents(block, contents->contents, to, visitor);
+}
+
+void ShapeWalker::visitContents(Slot block, const std::vector<Slot>& contents,
+                                const AcGeMatrix3d& to, ShapeVisitor& visitor) {
     open_.push_back(block);
-    for (const Slot slot : contents->contents) {
+    for (const Slot slot : contents) {
         if (database_.record(slot).object_class != ObjectClass::Entity) continue;
         // An attribute's definition shows through the attributes of the insertions.
         if (!layers_.empty() && database_.typeName(slot) == "ATTDEF") continue;

@@ -48,6 +48,14 @@ class ShapeVisitor {
     /// an attached drawing. @param to  from its coordinates to the visitor's
     virtual void enterBlock(Database&, const AcGeMatrix3d& to) { (void)to; }
     virtual void leaveBlock() {}
+    /// Gives the entities of an attached drawing that are to be visited, in drawing order, where
+    /// that is known without a walk over all of them. Nothing is asked of `enters` then.
+    /// @return false: all of them, if `enters` says so
+    virtual bool chooses(Database&, const AcGeMatrix3d& to, std::vector<Slot>& chosen) {
+        (void)to;
+        (void)chosen;
+        return false;
+    }
 };
 
 /// Walks over entities of one drawing that does not change meanwhile, and of those attached to it.
@@ -85,6 +93,9 @@ class ShapeWalker {
     /// The layer whose state counts for an entity.
     const Layer& layerOf(Slot entity);
     bool isVisible(Slot entity, const Layer& layer);
+    /// Visits main entities of a block.
+    void visitContents(Slot block, const std::vector<Slot>& contents, const AcGeMatrix3d& to,
+                       ShapeVisitor& visitor);
     void visitAttributes(Slot main, const AcGeMatrix3d& to, ShapeVisitor& visitor);
     void visitInserted(std::u16string_view name, const AcGeMatrix3d& to, ShapeVisitor& visitor);
     /// Box around a block's contents, in its own coordinates; hidden ones count.

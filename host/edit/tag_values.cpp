@@ -30,6 +30,12 @@ AcGeVector3d vectorOf(const Tags& tags, int code, const AcGeVector3d& otherwise)
     return pointOf(tags, code, AcGePoint3d() + otherwise).asVector();
 }
 
+Tags ownTags(const Tags& tags) {
+    constexpr int kEmbedded = 101;
+    const auto end = static_cast<ptrdiff_t>(findTag(tags, kEmbedded));
+    return {tags.begin(), tags.begin() + end};
+}
+
 void replaceTag(Tags& tags, Tag tag) {
     const size_t at = findTag(tags, tag.code());
     if (at < tags.size()) {

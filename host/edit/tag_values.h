@@ -13,6 +13,9 @@ int64_t integerOf(const Tags& tags, int code, int64_t otherwise);
 AcGePoint3d pointOf(const Tags& tags, int code, const AcGePoint3d& otherwise = {}, size_t from = 0);
 AcGeVector3d vectorOf(const Tags& tags, int code, const AcGeVector3d& otherwise);
 
+/// The tags in front of an embedded object (101), which has groups of its own.
+Tags ownTags(const Tags& tags);
+
 /// Puts a tag in the place of the first one with its code, or at the end.
 void replaceTag(Tags& tags, Tag tag);
 void replacePoint(Tags& tags, int code, const AcGePoint3d& point);

@@ -24,7 +24,7 @@ class TextDrawer {
   public:
     TextDrawer(Database& drawing, Slot entity, const AcGeMatrix3d& to, PlotColor color,
                PlotCanvas& canvas)
-        : tags_(drawing.tags(entity)),
+        : tags_(ownTags(drawing.tags(entity))),
           codec_(drawing.codec()),
           to_(to),
           color_(color),
@@ -156,7 +156,7 @@ class TextDrawer {
         canvas_.text(text, {{origin.x, origin.y}, {along.x, along.y}, {up.x, up.y}}, color_);
     }
 
-    const Tags& tags_;
+    const Tags tags_;
     const dxf::TextCodec& codec_;
     AcGeMatrix3d to_;
     PlotColor color_;

@@ -2,7 +2,6 @@
 #include "ACAD/cad_rx/cad_rx.h"
 #include "ACAD/kz_acgrp/group_edit.h"
 #include "APP/services.h"
-#include "acad/ed.h"
 #include "kz/kz_xdata.h"
 
 namespace {

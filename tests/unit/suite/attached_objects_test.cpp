@@ -184,6 +184,11 @@ TEST_F(AttachedObjects, WithoutDataAroundItTheInnermostObjectIsPicked) {
     EXPECT_EQ(at(70, 38), "LINE deep.dxf 2 70 50 0 0 -6");
     EXPECT_EQ(at(124, 38), "POLYLINE deep.dxf 2 70 50 0 0 -6") << "not its vertex";
     EXPECT_EQ(selected(124, 38), "POLYLINE deep.dxf 2 70 50 0 0 -6");
+    const kz_Point inside = {70, 38, 0};
+    const OwnedId id(kz_CADObjId_getAtPoint(&inside));
+    kz_CADDwgId* deep = kz_CADObjId_getDwgId(id.get());
+    EXPECT_EQ(nameOf(deep), "deep.dxf");
+    SUITE(kz_CADDwgId_destroy)(deep);
 }
 
 TEST_F(AttachedObjects, AGroupMemberAroundThePickGoesFirst) {

@@ -229,4 +229,38 @@ TEST_F(XrefCommand, NestedDrawingsAreFoundBesideTheOutermostToo) {
     EXPECT_NE(layer("IN|PART"), "nil") << "its layers come with those of the middle one";
 }
 
+TEST_F(XrefCommand, WhatIsAttachedIsSeenByExtentsSnapsAndPicks) {
+    attachPart();  // its line goes from (1 2) to (1 3)
+    EXPECT_EQ(lisp("(equal (list (getvar \"EXTMIN\") (getvar \"EXTMAX\")) "
+                   "'((1.0 2.0 0.0) (1.0 3.0 0.0)) 1e-9)"),
+              "T");
+    EXPECT_EQ(lisp("(equal (osnap '(1.0 2.9) \"_end\") '(1.0 3.0 0.0) 1e-9)"), "T");
+    EXPECT_EQ(lisp("(cdr (assoc 8 (entget (car (nentselp '(1.0 2.5))))))"), "\"PART\"");
+    lisp("(command \"_.layer\" \"_freeze\" \"P|PART\" \"\")");
+    EXPECT_EQ(lisp("(nentselp '(1.0 2.5))"), "nil") << "the drawing's own state counts";
+    lisp("(command \"_.xref\" \"_reload\" \"P\")");
+    EXPECT_EQ(lisp("(nentselp '(1.0 2.5))"), "nil") << "and a reload leaves it";
+    lisp("(command \"_.layer\" \"_thaw\" \"P|PART\" \"\")");
+    lisp("(command \"_.zoom\" \"_c\" '(0 0) 20.0)");
+    lisp("(command \"_.xref\" \"_unload\" \"P\")");
+    EXPECT_EQ(lisp("(nentselp '(1.0 2.5))"), "nil");
+    undo();
+    EXPECT_NE(lisp("(nentselp '(1.0 2.5))"), "nil");
+    lisp("(command \"_.move\" (entlast) \"\" '(0 0) '(5 0))");
+    EXPECT_NE(lisp("(nentselp '(6.0 2.5))"), "nil");
+    EXPECT_EQ(lisp("(nentselp '(1.0 2.5))"), "nil");
+}
+
+TEST_F(XrefCommand, TheBasePointIsThatOfTheFile) {
+    lisp("(setvar \"INSBASE\" '(0.0 1.0 0.0))");
+    line("0");
+    saved("based.dxf");
+    open("host.dxf");
+    xref("\"_attach\" \"B=based.dxf\" '(10 10) \"\" \"\" \"\"");
+    EXPECT_EQ(lisp("(equal (getvar \"EXTMIN\") '(10.0 9.0 0.0) 1e-9)"), "T");
+    host::Placement placement;
+    ASSERT_TRUE(host::firstPlacement(host::attachments(editor()).at(0).block, placement));
+    EXPECT_EQ(placement.origin[1], 9.0);
+}
+
 }  // namespace
