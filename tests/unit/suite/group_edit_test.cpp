@@ -667,55 +667,110 @@ TEST_F(DamagedTree, a_master_that_is_erased) {
 
 // --- faults -------------------------------------------------------------------------------------
 
-TEST_F(DamagedTree, every_platform_call_may_fail) {
-    draw({"y", "z", "v", "w"});
-    const Set chosen = set({"v", "w"});
-    add("B", "y", KZ_T("S"));
-    add("X", "z", KZ_T("S"));
-    kz_Ename_setCharFieldReference(object("b")->ename, KZ_T("NOTE"), KZ_T("kept"), 0,
-                                   KZ_T("THIRD"));
-    const std::vector<std::function<void()>> operations = {
-        [&] {
-            kz_Group_destroyId(kz_Group_createFromSelSet(nullptr, nullptr, KZ_T("S"), nullptr,
-                                                         chosen.get(), group("B").get()));
-        },
-        [&] { makeChild("B", "X"); },
-        [&] { makeChild("B", "X", 1); },
-        [&] { makeRoot("B"); },
-        [&] { makeRoot("B", 1); },
-        [&] { add("X", "y", KZ_T("T")); },
-        [&] { remove("B", "y"); },
-        [&] { setMaster("B", "y"); },
-        [&] { setMaster("B", "z"); },
-        [&] { deleteGroup("B", 1, 1); },
-        [&] { deleteAll("A", nullptr); },
-        [&] { kz_Group_deleteMembers(group("A").get(), nullptr, nullptr, 1); },
-        [&] { kz_Group_updateSubGroupRefs(group("B").get()); },
-        [&] { kz_Group_purge(); },
-        [&] { kz_Group_purgeAllEmptyGroups(); },
-        [&] {
-            const kz_Point at = {};
-            kz_CAD_MasterEntity_create(KZ_T("M"), &at);
-        },
-    };
-    const std::string before = picture();
-    for (size_t i = 0; i < operations.size(); ++i) {
-        undone(before, operations[i]);
+class GroupFaults : public DamagedTree {
+  protected:
+    void SetUp() override {
+        DamagedTree::SetUp();
+        draw({"y", "z", "v", "w"});
+        chosen_ = set({"v", "w"});
+        add("B", "y", KZ_T("S"));
+        add("X", "z", KZ_T("S"));
+        kz_Ename_setCharFieldReference(object("b")->ename, KZ_T("NOTE"), KZ_T("kept"), 0,
+                                       KZ_T("THIRD"));
+    }
+    void TearDown() override {
+        chosen_.reset();
+        DamagedTree::TearDown();
+    }
+    std::vector<std::function<void()>> operations() {
+        return {
+            [this] {
+                kz_Group_destroyId(kz_Group_createFromSelSet(nullptr, nullptr, KZ_T("S"), nullptr,
+                                                             chosen_.get(), group("B").get()));
+            },
+            [this] { makeChild("B", "X"); },
+            [this] { makeChild("B", "X", 1); },
+            [this] { makeRoot("B"); },
+            [this] { makeRoot("B", 1); },
+            [this] { add("X", "y", KZ_T("T")); },
+            [this] { remove("B", "y"); },
+            [this] { setMaster("B", "y"); },
+            [this] { setMaster("B", "z"); },
+            [this] { deleteGroup("B", 1, 1); },
+            [this] { deleteAll("A", nullptr); },
+            [this] { kz_Group_deleteMembers(group("A").get(), nullptr, nullptr, 1); },
+            [this] { kz_Group_updateSubGroupRefs(group("B").get()); },
+            [this] { kz_Group_purge(); },
+            [this] { kz_Group_purgeAllEmptyGroups(); },
+            [this] {
+                const kz_Point at = {};
+                kz_CAD_MasterEntity_create(KZ_T("M"), &at);
+            },
+        };
+    }
+    /// Runs an operation under a fault, which must leave nothing open or alive. @return whether the
+    /// fault came
+    bool endure(const std::function<void()>& operation, const std::string& where,
+                const std::function<void()>& arm, const std::function<bool()>& disarm) {
         const int64_t nodes = host::resbufCount(), records = kz_Record_count();
+        bool fired = false;
+        undone(before_, [&] {
+            arm();
+            operation();
+            fired = disarm();
+        });
+        EXPECT_EQ(host::openObjectCount(), 0) << where;
+        EXPECT_EQ(host::resbufCount(), nodes) << where;
+        EXPECT_EQ(kz_Record_count(), records) << where;
+        return fired && !HasFailure();
+    }
+    void endureCalls(size_t number, const std::function<void()>& operation) {
         for (const std::string_view call : host::testing::platformCalls()) {
             bool fired = true;
             for (int nth = 1; fired && nth < 60; ++nth) {
-                undone(before, [&] {
-                    host::testing::failCall(call, nth, call.starts_with("aced") ? RTERROR : 6);
-                    operations[i]();
-                    fired = host::testing::faultFired();
-                    host::testing::clearFault();
-                });
-                ASSERT_EQ(host::openObjectCount(), 0) << i << " " << call << " " << nth;
-                ASSERT_EQ(host::resbufCount(), nodes) << i << " " << call << " " << nth;
-                ASSERT_EQ(kz_Record_count(), records) << i << " " << call << " " << nth;
+                fired = endure(
+                    operation,
+                    std::to_string(number) + " " + std::string(call) + " " + std::to_string(nth),
+                    [&] {
+                        host::testing::failCall(call, nth, call.starts_with("aced") ? RTERROR : 6);
+                    },
+                    [] {
+                        const bool came = host::testing::faultFired();
+                        host::testing::clearFault();
+                        return came;
+                    });
             }
         }
+    }
+
+    Set chosen_;
+    std::string before_;
+};
+
+TEST_F(GroupFaults, every_platform_call_may_fail) {
+    before_ = picture();
+    size_t number = 0;
+    for (const std::function<void()>& operation : operations()) {
+        undone(before_, operation);
+        endureCalls(number++, operation);
+    }
+}
+
+TEST_F(GroupFaults, memory_may_end_at_each_allocation) {
+    before_ = picture();
+    size_t number = 0;
+    for (const std::function<void()>& operation : operations()) {
+        undone(before_, operation);
+        for (size_t nth = 1; nth < 150 && !HasFailure(); ++nth) {
+            endure(
+                operation, std::to_string(number) + " allocation " + std::to_string(nth),
+                [&] { kz_Malloc_failFrom(nth); },
+                [] {
+                    kz_Malloc_failFrom(0);
+                    return true;
+                });
+        }
+        ++number;
     }
 }
 
