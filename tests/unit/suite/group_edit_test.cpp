@@ -696,11 +696,11 @@ class GroupFaults : public DamagedTree {
             [this] { remove("B", "y"); },
             [this] { setMaster("B", "y"); },
             [this] { setMaster("B", "z"); },
-            [this] { deleteGroup("B", 1, 1); },
-            [this] { deleteAll("A", nullptr); },
-            [this] { kz_Group_deleteMembers(group("A").get(), nullptr, nullptr, 1); },
-            [this] { kz_Group_updateSubGroupRefs(group("B").get()); },
-            [this] { kz_Group_purge(); },
+            [] { deleteGroup("B", 1, 1); },
+            [] { deleteAll("A", nullptr); },
+            [] { kz_Group_deleteMembers(group("A").get(), nullptr, nullptr, 1); },
+            [] { kz_Group_updateSubGroupRefs(group("B").get()); },
+            [] { kz_Group_purge(); },
             [this] { kz_Group_purgeAllEmptyGroups(); },
             [this] {
                 const kz_Point at = {};
