@@ -701,8 +701,8 @@ class GroupFaults : public DamagedTree {
             [] { kz_Group_deleteMembers(group("A").get(), nullptr, nullptr, 1); },
             [] { kz_Group_updateSubGroupRefs(group("B").get()); },
             [] { kz_Group_purge(); },
-            [this] { kz_Group_purgeAllEmptyGroups(); },
-            [this] {
+            [] { kz_Group_purgeAllEmptyGroups(); },
+            [] {
                 const kz_Point at = {};
                 kz_CAD_MasterEntity_create(KZ_T("M"), &at);
             },
