@@ -19,11 +19,11 @@ bool inSameDrawing(const AcDbObjectId& a, const AcDbObjectId& b) {
     return drawing != nullptr && drawing == databaseOfObject(b);
 }
 
-int writeMemberFields(const ads_name name, const kz_Char* master_handle) {
-    const OwnedFldList fields(kz_FldList_create(nullptr, 0, nullptr, 0));
-    if (kz_FldList_addCharVal(fields.get(), kRoleField, kMemberRole) != 1) return 0;
-    if (kz_FldList_addHandleVal(fields.get(), kMasterField, master_handle) != 1) return 0;
-    return kz_XData_initFldList(name, fields.get(), kGroupApp);
+OwnedFldList memberFields(const kz_Char* master_handle) {
+    OwnedFldList fields(kz_FldList_create(nullptr, 0, nullptr, 0));
+    const bool made = kz_FldList_addCharVal(fields.get(), kRoleField, kMemberRole) == 1 &&
+                      kz_FldList_addHandleVal(fields.get(), kMasterField, master_handle) == 1;
+    return made ? std::move(fields) : nullptr;
 }
 
 }  // namespace kz
@@ -183,8 +183,9 @@ int enter(const kz_GroupId* id, const kz_CADObjId* object, const kz_Char* sub_gr
     if (kz_Group_isErased(id) == 1 || kz_AcGroup_isAcDbObjectErased(&entity) == 1) return 0;
     if (!kz::inSameDrawing(group, entity) || leaveOldGroup(id, object) != 1) return 0;
     if (!appendTo(group, entity)) return 0;
-    if (kz::writeMemberFields(object->ename, handle) != 1) return 0;
+    const kz::OwnedFldList fields = kz::memberFields(handle);
     kz_Group_removeSubGroupRef(object->ename);
+    if (kz_XData_objInitFldList(object, fields.get(), kz::kGroupApp) != 1) return 0;
     const kz::OwnedGroup container(kz_Group_getContainerGroup(id));
     const bool inside =
         container == nullptr || kz_Group_addMemberToContainerGroup(container.get(), object) == 1;

@@ -80,7 +80,7 @@ class GroupEditTest : public SuiteTest {
     // --- groups ---------------------------------------------------------------------------------
 
     static Group group(const std::string& name) {
-        return Group(kz_Group_getId(kz::toUtf16(name).c_str()));
+        return Group(name.empty() ? nullptr : kz_Group_getId(kz::toUtf16(name).c_str()));
     }
     /// Makes a group of these entities, the first one its master.
     int make(const std::string& name, const std::vector<std::string>& entities,
