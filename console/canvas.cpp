@@ -4,6 +4,7 @@
 #include <cairo-pdf.h>
 #include <cairo-svg.h>
 #include <cairo.h>
+#include <fontconfig/fontconfig.h>
 
 #include <algorithm>
 #include <cmath>
@@ -69,6 +70,9 @@ Canvas::Canvas(Format format, double width, double height, double dots_per_inch,
 Canvas::~Canvas() {
     cairo_destroy(cairo_);
     cairo_surface_destroy(surface_);
+    // The fonts that were found are kept for the next picture, and there is none.
+    cairo_debug_reset_static_data();
+    FcFini();
 }
 
 void Canvas::useColor(host::PlotColor color) {

@@ -12,7 +12,7 @@ using cairo_surface_t = struct _cairo_surface;
 
 namespace console {
 
-/// A page that is drawn on in memory.
+/// A page that is drawn on in memory. There may be one at a time.
 class Canvas : public host::PlotCanvas {
   public:
     enum class Format { Svg, Pdf, Png };

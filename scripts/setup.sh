@@ -4,7 +4,7 @@
 set -euo pipefail
 
 packages=(g++ clang cmake ninja-build ccache python3 python3-ezdxf libgtest-dev libbenchmark-dev
-          libcli11-dev libedit-dev libcairo2-dev fonts-dejavu-core clang-format clang-tidy)
+          libcli11-dev libedit-dev libcairo2-dev libfontconfig-dev fonts-dejavu-core clang-format clang-tidy)
 
 missing=()
 for package in "${packages[@]}"; do

@@ -11,7 +11,6 @@
 
 namespace kz {
 
-using OwnedSet = std::unique_ptr<kz_CADSelSet, Destroyer<kz_CADSelSet_destroy>>;
 using Names = std::vector<std::u16string>;
 
 /// The children that a group names, in order.

@@ -223,14 +223,15 @@ int kz_Group_updateSubGroupRefs(const kz_GroupId* id) {
     const kz::GroupTrace trace(KZ_T("kz_Group_updateSubGroupRefs"));
     if (kz_Group_isNull(id) == 1) return 0;
     const kz::OwnedObject master(kz_Group_getMasterObject(id));
-    if (master != nullptr) kz_Group_removeSubGroupRefs(master->ename);
+    const int64_t* holder = master != nullptr ? master->ename : nullptr;
+    if (holder != nullptr) kz_Group_removeSubGroupRefs(holder);
     const kz::OwnedSet members(kz_Group_getMemberSelSet(id, nullptr, nullptr, 1, 0));
     const int length = kz_CADSelSet_length(members.get());
     for (int i = 0; i < length; ++i) {
         kz_Char name[kz::kNameSize];
         const kz::OwnedObject member(kz_CADSelSet_getNth(members.get(), i));
         if (kz_Group_getSubGroupName(name, member.get()) != 1) continue;
-        kz_SubGroup_setMemberRef(master->ename, name, member->ename);
+        kz_SubGroup_setMemberRef(holder, name, member->ename);
     }
     return members != nullptr ? 1 : 0;
 }
