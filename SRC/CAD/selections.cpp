@@ -1,5 +1,5 @@
 /// Choosing objects by place and by property. What came out empty is no set.
-#include "CAD/selections.h"
+#include "chosen_set.h"
 #include "APP/services.h"
 #include "checks.h"
 #include "guards.h"
@@ -39,22 +39,39 @@ int16_t indexOfColor(const kz_Char* color) {
     return static_cast<int16_t>(kz_AcCAD_xlatedColorToACADColorIndex(text));
 }
 
-/// Appends the test of one field. @return false for a field that makes none
-bool addCriterion(resbuf** filter, const kz_FldList* attributes) {
-    kz_Char name[kTextSize];
-    kz_Char value[kTextSize];
-    if (kz_FldList_currFldname(attributes, name) != 1) return false;
-    if (kz_FldList_currChar(attributes, value, kTextSize) != 1) return false;
-    if (kz_Str_cmpi(name, KZ_T("COLOR")) == 0) {
+/// Appends the test of a text.
+void addTest(resbuf** filter, bool is_layer, const kz_Char* value) {
+    if (!is_layer) {
         const int16_t index = indexOfColor(value);
         kz_Rb_insEnd(filter, kColorGroup, &index);
-        return true;
+        return;
     }
-    if (kz_Str_cmpi(name, KZ_T("LAYER")) != 0) return false;
     const kz::OwnedText layer(kz_Str_dup(value));
     KZ_ASSERTION(layer != nullptr);
     kz_Rb_insEnd(filter, kLayerGroup, layer.get());
-    return true;
+}
+
+/// Appends the tests of the current field, one for each of its texts. @return false for a field
+/// that makes none
+bool addTests(resbuf** filter, const kz_FldList* attributes) {
+    kz_Char name[kTextSize];
+    kz_Char value[kTextSize];
+    if (kz_FldList_currFldname(attributes, name) != 1) return false;
+    const bool is_layer = kz_Str_cmpi(name, KZ_T("LAYER")) == 0;
+    if (!is_layer && kz_Str_cmpi(name, KZ_T("COLOR")) != 0) return false;
+    if (kz_FldList_currChar(attributes, value, kTextSize) == 1) {
+        addTest(filter, is_layer, value);
+        return true;
+    }
+    kz_LnkList* values = nullptr;
+    if (kz_FldList_currList(attributes, &values) != 1) return false;
+    bool found = false;
+    for (kz_FldList_start(values); kz_FldList_eol(values) == 0; kz_FldList_next(values)) {
+        if (kz_FldList_currChar(values, value, kTextSize) != 1) continue;
+        addTest(filter, is_layer, value);
+        found = true;
+    }
+    return found;
 }
 
 }  // namespace
@@ -133,7 +150,7 @@ kz_CADSelSet* kz_CADSelSet_fromAttributes(kz_FldList* attributes, int any) {
     bool found = false;
     for (kz_FldList_start(attributes); kz_FldList_eol(attributes) == 0;
          kz_FldList_next(attributes)) {
-        found = addCriterion(&chain, attributes) || found;
+        found = addTests(&chain, attributes) || found;
     }
     if (found) kz_Rb_insEnd(&chain, kOperatorGroup, any != 0 ? KZ_T("OR>") : KZ_T("AND>"));
     const kz::OwnedChain filter(chain);

@@ -103,8 +103,8 @@ KZ_EXPORT kz_CADSelSet* kz_CADSelSet_fromLayer(const kz_Char* layer);
 /// colour of their own.
 KZ_EXPORT kz_CADSelSet* kz_CADSelSet_fromColor(const kz_Char* color);
 /// The objects that meet all fields "COLOR" and "LAYER" of a list, or with `any` not 0 one of them.
-/// Names in any case; other fields, and fields that hold no text, are passed over. Moves the list's
-/// position. @return NULL also when there is no such field
+/// Names in any case; each text of a field with several counts, other fields are passed over. Moves
+/// the list's position. @return NULL also when there is no such field
 KZ_EXPORT kz_CADSelSet* kz_CADSelSet_fromAttributes(kz_FldList* attributes, int any);
 
 // --- what is new --------------------------------------------------------------------------------

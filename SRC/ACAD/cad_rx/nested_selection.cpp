@@ -3,7 +3,7 @@
 
 #include <string_view>
 
-#include "CAD/selections.h"
+#include "chosen_set.h"
 #include "guards.h"
 #include "kz/kz_cad_env.h"
 

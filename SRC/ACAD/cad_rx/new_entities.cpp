@@ -1,5 +1,7 @@
 /// What a run of commands has added: the walk over main entities, and the marker that it starts
 /// from.
+#include <string_view>
+
 #include "guards.h"
 #include "kz/kz_selset.h"
 #include "trace.h"
@@ -11,9 +13,8 @@ constexpr const char* kTraceSource = "SRC/ACAD/cad_rx";
 constexpr size_t kMarkerSize = 66;
 constexpr int kTypeGroup = 0;
 
-bool isPartOfAnother(const kz_Char* type) {
-    return kz_Str_cmp(type, KZ_T("VERTEX")) == 0 || kz_Str_cmp(type, KZ_T("SEQEND")) == 0 ||
-           kz_Str_cmp(type, KZ_T("ATTRIB")) == 0;
+bool isPartOfAnother(std::u16string_view type) {
+    return type == u"VERTEX" || type == u"SEQEND" || type == u"ATTRIB";
 }
 
 /// Puts an entity and all behind it into a new set.

@@ -47,7 +47,11 @@ enum GroupError {
     kNoGroupId = 3,
     kSameGroups = 4,
     kGroupNotOpened = 5,
-    kNoMaster = 8
+    kNoMaster = 8,
+    kNoEntities = 9,
+    kNotInGroup = 10,
+    kMasterOfOthers = 11,
+    kNotDeleted = 12
 };
 enum GeneralError { kInvalidHandle = 8, kInvalidName = 9, kFieldNotFound = 10 };
 

@@ -94,7 +94,7 @@ const Shape kShapes[] = {
       {"\"F\" '((0 10) (4 5) (5 4))", true},
       {"\"F\" '((2 2) (3 3))", true},
       {"\"WP\" '((-1 -1) (12 -1) (12 12))", true},
-      {"\"WP\" '((-1 0) (12 0) (12 12))", false},
+      {"\"WP\" '((-1 -1) (12 -1) (12 11))", false},
       {"\"CP\" '((0 9) (5 5) (0 4))", true},
       {"\"CP\" '((0 9) (4.9 5) (0 4))", false}}},
     // A polygon that leaves out what lies between its horns.

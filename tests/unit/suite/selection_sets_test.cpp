@@ -1,5 +1,5 @@
-/// Selection sets of the library: ways to choose, members, what is new in the drawing, objects in
-/// blocks, and that no set of the platform is left behind.
+// Selection sets of the library: ways to choose, members, what is new in the drawing, objects in
+// blocks, and that no set of the platform is left behind.
 #include <functional>
 
 #include "host/display.h"
@@ -29,7 +29,6 @@ class SelectionSets : public test::SuiteTest {
         host::testing::clearFault();
         EXPECT_FALSE(host::answersWait());
         host::clearAnswers();
-        lisp("(gc)");
         EXPECT_EQ(kz_CADSelSet_getNumRemaining(), 128);
         EXPECT_EQ(host::selectionFilterCount(), 0);
         host::setSink(host::Channel::Message, {});
@@ -60,9 +59,9 @@ class SelectionSets : public test::SuiteTest {
     }
     static kz_CADSelSet* byFields(const std::vector<std::pair<const kz_Char*, const kz_Char*>>& all,
                                   int any) {
-        kz_FldList* list = kz_FldList_create(nullptr, 0, nullptr, 0);
+        kz_FldList* list = kz_FldList_create(nullptr, KZ_FLD_UNKNOWN, nullptr, 0);
         for (const auto& field : all)
-            EXPECT_EQ(kz_FldList_appChar(list, field.first, field.second), 1);
+            kz_FldList_addCharVal(list, field.first, field.second);
         kz_CADSelSet* set = kz_CADSelSet_fromAttributes(list, any);
         kz_FldList_destroy(list);
         return set;
@@ -175,11 +174,11 @@ TEST_F(SelectionSets, members_come_go_and_move) {
     kz_CADSelSet* copied = kz_CADSelSet_fromADSSS(copy);
     EXPECT_EQ(layers(copied), "B A");
 
-    kz_TMatrix move;
-    kz_TMatrix_setIdentity(&move);
+    kz_TMatrix* move = kz_TMatrix_create();
     const kz_Point origin = {100, 0, 0};
-    kz_TMatrix_setOrigin(&move, &origin);
-    EXPECT_EQ(kz_CADSelSet_transform(set, &move), 1);
+    kz_TMatrix_setOrigin(move, &origin);
+    EXPECT_EQ(kz_CADSelSet_transform(set, move), 1);
+    kz_TMatrix_destroy(move);
     const kz_Point from = {99, 19, 0}, to = {111, 21, 0};
     EXPECT_EQ(layers(kz_CADSelSet_fromWindow(&from, &to, 0)), "B");
     AcDbObjectId id;

@@ -1,6 +1,6 @@
 /// What all ways of choosing end in.
-#ifndef SRC_CAD_SELECTIONS_H
-#define SRC_CAD_SELECTIONS_H
+#ifndef SRC_CHOSEN_SET_H
+#define SRC_CHOSEN_SET_H
 
 #include "kz/kz_selset.h"
 
