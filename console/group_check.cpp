@@ -78,6 +78,20 @@ const std::vector<Finding>& GroupCheck::run() {
 // --- names
 // ----------------------------------------------------------------------------------------
 
+/// A group object that has lost all its fields has them from its master again.
+bool GroupCheck::checkBare(size_t index) {
+    ScannedGroup& one = group(index);
+    if (one.is_container || !one.master.empty()) return false;
+    if (!(one.references == GroupReferences()) || one.entities.empty()) return false;
+    const ScannedEntity& first = entity(one.entities.front());
+    if (first.role != u"MS" || !sameName(first.references.name, one.key)) return false;
+    find(one.key, "bears no fields", "it bears what its master " + quoted(first.handle) + " does");
+    one.references = first.references;
+    one.master = first.handle;
+    changes_[index] |= kFields;
+    return true;
+}
+
 void GroupCheck::checkNames() {
     std::unordered_map<std::u16string, std::u16string> renamed;
     for (size_t i = 0; i < scan_.groups.size(); ++i) {
@@ -87,7 +101,7 @@ void GroupCheck::checkNames() {
             find(one.key, "has a name of more than 28 characters");
             continue;
         }
-        if (sameName(name, one.key)) continue;
+        if (checkBare(i) || sameName(name, one.key)) continue;
         if (name.empty()) {
             find(one.key, "doesn't bear its name", "it bears it now");
         } else if (scan_.groupNamed(name) != kNobody) {
@@ -99,6 +113,7 @@ void GroupCheck::checkNames() {
             find(one.key, "bears the name " + quoted(name) + ", which no group has",
                  "it and all that name it bear " + quoted(one.key) + " now");
         }
+        one.other_name = name;
         name = one.key;
         changes_[i] |= kFields;
     }
@@ -176,8 +191,10 @@ bool GroupCheck::checkMaster(size_t index) {
     auto place = std::find(list.begin(), list.end(), master);
     if (place == list.end()) {
         const std::string wrong =
-            one.master.empty() ? std::string("names no master")
-                               : "names the master " + quoted(one.master) + ", which isn't in it";
+            one.master.empty()
+                ? std::string("names no master")
+                : "names the master " + quoted(one.master) +
+                      (isThere(one.master) ? ", which isn't in it" : ", which doesn't exist");
         master = masterByFields(index);
         place = std::find(list.begin(), list.end(), master);
         if (place == list.end()) {

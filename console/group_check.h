@@ -36,6 +36,7 @@ class GroupCheck {
     bool isErased(size_t index) const { return (changes_[index] & kErased) != 0; }
     void erase(size_t index);
 
+    bool checkBare(size_t index);
     void checkNames();
     void rename(const std::unordered_map<std::u16string, std::u16string>& renamed);
     void checkEntities(size_t index);

@@ -78,6 +78,7 @@ void GroupCheck::writeGroup(size_t index, std::vector<Finding>& failed) {
             FieldWriter fields;
             fields.references(one.references);
             fields.text(u"MN", one.master);
+            if (!one.other_name.empty()) fields.text(u"OL", one.other_name);
             good = fields.write(one.id);
         }
         if ((changes_[index] & (kList | kType)) != 0) {

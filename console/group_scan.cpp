@@ -99,6 +99,12 @@ std::u16string handleOf(AcDbObjectId id) {
     return kz::toUpper(handle);
 }
 
+bool isThere(const std::u16string& handle) {
+    AcDbObjectId id;
+    return kz_AcCAD_getAcDbObjIdFromHandle(&id, handle.c_str(), nullptr) == 1 &&
+           !handleOf(id).empty();
+}
+
 size_t GroupScan::groupNamed(const std::u16string& name) const {
     const auto found = by_key.find(kz::toUpper(name));
     return found == by_key.end() ? kNobody : found->second;

@@ -39,7 +39,8 @@ struct ScannedEntity {
 struct ScannedGroup {
     AcDbObjectId id;
     std::u16string handle, key, type;
-    std::u16string master;  ///< handle
+    std::u16string master;      ///< handle
+    std::u16string other_name;  ///< name that it bore before a check changed it
     GroupReferences references;
     std::vector<size_t> entities;  ///< those that are there, in order
     size_t gone = 0;               ///< entities of the list that are not
@@ -66,6 +67,9 @@ GroupScan scanGroups();
 
 /// The entities of the drawing that bear fields of groups and that no group of `scan` lists.
 std::vector<ScannedEntity> bearersOutside(const GroupScan& scan);
+
+/// True for the handle of an object of the drawing.
+bool isThere(const std::u16string& handle);
 
 /// Handle of an object that is there, in upper case; empty for any other.
 std::u16string handleOf(AcDbObjectId id);
