@@ -64,7 +64,7 @@ class ZoomCommand {
         for (;;) {
             const InputToken token = next(
                 u"Specify corner of window, enter a scale factor (nX or nXP), or "
-                u"[All/Center/Extents/Left/Object/Previous/Scale/Window] <real time>: ");
+                u"[All/Center/Extents/Left/Object/Previous/Scale/Window]: ");
             if (token.kind == InputToken::Kind::Enter) return;
             const std::u16string word =
                 token.kind == InputToken::Kind::Text ? words.match(token.text) : u"";

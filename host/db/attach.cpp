@@ -350,6 +350,7 @@ void detachDrawings(Database& drawing, std::span<const Slot> blocks) {
 void unloadDrawing(Database& drawing, Slot block) {
     drawing.links().attached.erase(block);
     setUnloaded(drawing, block, true);
+    if (drawing.watcher() != nullptr) drawing.watcher()->changed(block);
 }
 
 bool reloadDrawing(Database& drawing, Slot block, std::u16string& refusal) {

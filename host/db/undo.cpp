@@ -233,7 +233,10 @@ void UndoJournal::swap(Entry& entry) {
     } else {
         std::swap(record.data->xdata, entry.image->xdata);
     }
-    if (entry.kind != Kind::Extended) database_.tellWatcher(entry.slot);
+    // XDATA of a block's record may say that its drawing is unloaded.
+    const bool shows =
+        entry.kind != Kind::Extended || record.object_class == ObjectClass::TableRecord;
+    if (shows) database_.tellWatcher(entry.slot);
     follow(entry.slot, name);
     database_.touch(entry.slot);
 }

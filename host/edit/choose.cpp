@@ -99,8 +99,7 @@ void Choice::addLocated(const std::vector<Located>& located, ChosenBy by, size_t
         }
         HowChosen own = plain;
         if (by == ChosenBy::Fence) own.points = place.places;
-        for (const Slot slot : place.path)
-            own.path.push_back(database_.idOf(slot));
+        own.path = place.path;
         add(place.entity, selection_.addHow(std::move(own)));
     }
 }
@@ -135,6 +134,10 @@ bool Choice::addPoint(const AcGePoint3d& point) {
     std::vector<Located> located;
     if (rules_.everything) {
         located = entitiesInRegion(database_, region, depth);
+    } else if (!rules_.nested) {
+        if (const std::optional<Picked> picked = pickAt(database_, point)) {
+            located.push_back({picked->main, {}, {}});
+        }
     } else if (std::optional<Located> topmost = topmostInRegion(database_, region, depth)) {
         located.push_back(std::move(*topmost));
     }
@@ -269,25 +272,24 @@ class ObjectPrompt {
                 tried_ = true;
                 choice.addSet(token.name);
                 return Asked::Good;
-            case InputToken::Kind::Point: {
-                ads_point point;
-                handedPoint(token, point);
-                return pick(pointFrom(point), choice);
-            }
             case InputToken::Kind::Text:
-                return typed(token.text, choice);
+                return typed(token, choice);
             default:
-                return Asked::Wrong;
+                return picked(token, choice);
         }
     }
 
-    Asked typed(std::u16string_view text, Choice& choice) {
+    Asked typed(const InputToken& token, Choice& choice) {
         static const Keywords kKeywords(kOptions);
-        const std::u16string keyword = kKeywords.match(text);
-        if (!keyword.empty()) return option(keyword, choice);
+        const std::u16string keyword = kKeywords.match(token.text);
+        return keyword.empty() ? picked(token, choice) : option(keyword, choice);
+    }
+
+    Asked picked(const InputToken& token, Choice& choice) {
         ads_point from, point;
         lastPoint(from);
-        return typedPoint(text, from, point) ? pick(pointFrom(point), choice) : Asked::Wrong;
+        if (readPoint(token, from, point) != RTNORM) return Asked::Wrong;
+        return pick(pointFrom(point), choice);
     }
 
     Asked option(std::u16string_view keyword, Choice& choice) {
@@ -499,8 +501,8 @@ int chooseObject(Database& database, std::u16string_view prompt,
         if (token.kind == InputToken::Kind::Entity) {
             id = Database::idFromName(token.name);
         } else if (readPoint(token, from, point) == RTNORM) {
-            const std::optional<Picked> seen = pickAt(database, pointFrom(point));
-            if (seen) id = database.idOf(seen->main);
+            const std::optional<Picked> picked = pickAt(database, pointFrom(point));
+            if (picked) id = database.idOf(picked->main);
         }
         if (!id.isNull() && Database::find(id) == &database) {
             out = id;

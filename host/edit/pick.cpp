@@ -46,7 +46,7 @@ class PickVisitor : public ShapeVisitor {
         open_.back().entity = {&drawing(), entity};
     }
 
-    void curve(const Curve& curve, CurveRole role) override {
+    void curve(const Curve& curve, CurveRole) override {
         Open& entity = open_.back();
         const double distance = curve.nearest(place_.x, place_.y).distance;
         if (distance < entity.nearest) {
@@ -56,7 +56,7 @@ class PickVisitor : public ShapeVisitor {
         ++entity.curves;
         entity.shows = true;
         entity.hit = entity.hit || touches(curve, distance);
-        if (role == CurveRole::Frame && isFilled(entity.entity)) entity.frame.push_back(curve);
+        if (isFilled(entity.entity)) entity.frame.push_back(curve);
     }
 
     void mark(MarkKind kind, const AcGePoint3d& point) override {
@@ -129,7 +129,7 @@ class PickVisitor : public ShapeVisitor {
     static bool isFilled(const Picked::Container& entity) {
         const std::string& type = entity.drawing->typeName(entity.entity);
         return type == "TEXT" || type == "MTEXT" || type == "ATTRIB" || type == "ATTDEF" ||
-               type == "HATCH";
+               type == "HATCH" || type == "SOLID" || type == "TRACE";
     }
 
     /// True when a frame goes around the place: a way out of it crosses it an odd number of times.

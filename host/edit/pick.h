@@ -26,8 +26,8 @@ struct Picked {
 };
 
 /// The latest drawn entity that shows something in the pick box around a point. What is on a layer
-/// that is off or frozen is not seen. A text and a hatch are picked inside, too; an insertion that
-/// has nothing to show, as of a missing drawing, at its insertion point.
+/// that is off or frozen is not seen. A text, a hatch and a solid are picked inside, too; an
+/// insertion that has nothing to show, as of a missing drawing, at its insertion point.
 /// @param point  in the user coordinate system
 std::optional<Picked> pickAt(Database& database, const AcGePoint3d& point);
 

@@ -110,7 +110,7 @@ class RegionVisitor : public ShapeVisitor {
     std::vector<Located> take(Slot entity) {
         std::vector<Located> found;
         if (depth_.nested) {
-            for (std::vector<Slot>& path : paths_) {
+            for (std::vector<AcDbObjectId>& path : paths_) {
                 if (!found.empty() && (!depth_.all_nested || found.back().path == path)) continue;
                 found.push_back({entity, std::move(path), {}});
             }
@@ -125,9 +125,12 @@ class RegionVisitor : public ShapeVisitor {
 
     void begin(Slot slot) override {
         if (!open_.empty()) open_.back().has_parts = true;
-        const std::string& type = database_.typeName(slot);
-        open_.push_back({slot, isFilled(type), isMarkOnly(type)});
+        Database& drawing = inside_.empty() ? database_ : *inside_.back();
+        const std::string& type = drawing.typeName(slot);
+        open_.push_back({drawing.idOf(slot), isFilled(type), isMarkOnly(type)});
     }
+    void enterBlock(Database& inner, const AcGeMatrix3d&) override { inside_.push_back(&inner); }
+    void leaveBlock() override { inside_.pop_back(); }
 
     void curve(const Curve& curve, CurveRole role) override {
         Frame& frame = open_.back();
@@ -162,7 +165,7 @@ class RegionVisitor : public ShapeVisitor {
         if (depth_.nested && met && !frame.has_parts) {
             paths_.emplace_back();
             for (const Frame& part : open_)
-                paths_.back().push_back(part.slot);
+                paths_.back().push_back(part.id);
         }
         open_.pop_back();
         if (open_.empty()) {
@@ -184,7 +187,7 @@ class RegionVisitor : public ShapeVisitor {
 
   private:
     struct Frame {
-        Slot slot;
+        AcDbObjectId id;
         bool filled;
         bool mark_only;
         bool has_parts = false;
@@ -200,7 +203,8 @@ class RegionVisitor : public ShapeVisitor {
     const ScreenRegion& region_;
     SearchDepth depth_;
     std::vector<Frame> open_;
-    std::vector<std::vector<Slot>> paths_;
+    std::vector<Database*> inside_;  ///< drawings of the blocks that are open
+    std::vector<std::vector<AcDbObjectId>> paths_;
     std::vector<AcGePoint3d> places_;
     bool selected_ = false;
 };

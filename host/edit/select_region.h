@@ -64,8 +64,9 @@ class ScreenRegion {
 /// What was found.
 struct Located {
     Slot entity = kNoSlot;  ///< main entity of the current space
-    /// From the entity inward to what was met inside of it; empty when nobody asked for it.
-    std::vector<Slot> path;
+    /// From the entity inward to what was met inside of it, which may lie in an attached drawing;
+    /// empty when nobody asked for it.
+    std::vector<AcDbObjectId> path;
     std::vector<AcGePoint3d> places;  ///< where a fence crosses it, WCS
 };
 

@@ -184,7 +184,7 @@ class HatchReader {
 
     template <class Add>
     void readEdges(const Add& add) {
-        enum Edge : int64_t { kLine = 1, kArc, kEllipse };
+        enum Edge : int64_t { kLine = 1, kArc, kEllipse, kSpline };
         const int64_t count = integer(93, 0);
         for (int64_t i = 0; i < count && at_ < tags_.size(); ++i) {
             switch (integer(72, 0)) {
@@ -206,10 +206,32 @@ class HatchReader {
                     addArc(centre, major.asVector(), real(40), add);
                     break;
                 }
+                case kSpline:
+                    readSpline(add);
+                    break;
                 default:
-                    return;  // a spline; what follows can't be told apart from it
+                    return;
             }
         }
+    }
+
+    /// Fit points and tangents may follow; they are passed over when the next edge is looked for.
+    template <class Add>
+    void readSpline(const Add& add) {
+        const auto degree = static_cast<int>(std::clamp<int64_t>(integer(94, 3), 1, 25));
+        const bool rational = integer(73, 0) != 0;
+        const int64_t knot_count = integer(95, 0), control_count = integer(96, 0);
+        std::vector<double> knots, weights;
+        std::vector<AcGePoint3d> control;
+        for (int64_t i = 0; i < knot_count && at_ < tags_.size(); ++i)
+            knots.push_back(real(40));
+        for (int64_t i = 0; i < control_count && at_ < tags_.size(); ++i) {
+            control.push_back(point(10));
+            if (rational) weights.push_back(real(42));
+        }
+        const std::vector<AcGePoint3d> points = splinePoints(degree, knots, control, weights);
+        for (size_t i = 0; i + 1 < points.size(); ++i)
+            add(Curve::line(points[i], points[i + 1]));
     }
 
     template <class Add>
@@ -433,9 +455,10 @@ void EntityShape::insertion() {
 
 void EntityShape::text() {
     const AcGeMatrix3d plane = entityPlane();
-    textBox(ownTags(tags()), database_.codec()).show([&](const AcGePoint3d& from, const AcGePoint3d& to) {
-        curve(Curve::line(from, to), CurveRole::Frame, plane);
-    });
+    textBox(ownTags(tags()), database_.codec())
+        .show([&](const AcGePoint3d& from, const AcGePoint3d& to) {
+            curve(Curve::line(from, to), CurveRole::Frame, plane);
+        });
     mark(MarkKind::Insertion, textAnchor(ownTags(tags())), plane);
 }
 

@@ -72,6 +72,15 @@ Value entupd(Interpreter& in, Args args) {
     return chain ? args[0] : Value();
 }
 
+Value redraw(Interpreter& in, Args args) {
+    const Value& entity = optionalArg(args, 0);
+    const Value& mode = optionalArg(args, 1);
+    constexpr int kShow = 1;
+    acedRedraw(entity.isNil() ? nullptr : entityArg(in, entity)->name,
+               mode.isNil() ? kShow : integerArg(in, mode));
+    return {};
+}
+
 Value regapp(Interpreter& in, Args args) {
     const std::u16string application(textArg(in, args[0]));
     ads_name known;
@@ -93,6 +102,9 @@ const Builtin kRows[] = {
      "Entity behind another, or the first one; parts of complex entities are met too."},
     {"entlast", 0, 0, entlast, "(entlast)", "Last main entity of the drawing that is not erased."},
     {"handent", 1, 1, handent, "(handent handle)", "Entity with a handle; nil for none."},
+    {"redraw", 0, 2, redraw, "(redraw [entity [mode]])",
+     "Shows an entity (mode 1), takes it off the screen (2), highlights it (3) or ends that (4); "
+     "without one brings back all that was taken off."},
     {"entupd", 1, 1, entupd, "(entupd entity)", "Brings the picture of an entity up to date."},
     {"regapp", 1, 1, regapp, "(regapp application)",
      "Registers an application for XDATA; nil when it is registered already."},

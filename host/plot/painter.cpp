@@ -6,6 +6,7 @@
 
 #include "base/angles.h"
 #include "edit/entity_system.h"
+#include "edit/shape_rules.h"
 #include "edit/tag_values.h"
 #include "edit/view.h"
 #include "host/display.h"
@@ -119,6 +120,22 @@ PlotPaths linesOf(const Family& family, const PlotPoint& least, const PlotPoint&
     return lines;
 }
 
+/// The mean of the colours that a gradient goes through.
+PlotColor gradientColor(const Tags& tags, PlotColor otherwise) {
+    constexpr int kColor = 421;
+    int64_t red = 0, green = 0, blue = 0, count = 0;
+    for (size_t at = findTag(tags, kColor); at < tags.size(); at = findTag(tags, kColor, at + 1)) {
+        const int64_t rgb = tags[at].integer();
+        red += rgb >> 16 & 255;
+        green += rgb >> 8 & 255;
+        blue += rgb & 255;
+        ++count;
+    }
+    if (count == 0) return otherwise;
+    return {static_cast<uint8_t>(red / count), static_cast<uint8_t>(green / count),
+            static_cast<uint8_t>(blue / count)};
+}
+
 }  // namespace
 
 Painter::Painter(Database& drawing, const PlotRequest& request, const Page& page,
@@ -164,6 +181,9 @@ void Painter::begin(Slot entity) {
     open.style = inside.styles->styleOf(entity, inside.outer ? &*inside.outer : nullptr);
     AcDbObjectId id = drawing().idOf(entity);
     open.hidden = isOffScreen(id) || (!open_.empty() && open_.back().hidden);
+    // An insertion on such a layer shows what its block has on others.
+    const bool inserts = EntityShape::isInserting(drawing().typeName(entity));
+    open.hidden = open.hidden || (!open.style.plotted && !inserts);
     if (!hidden_layers_.empty() && inside_.size() == 2 && !open.hidden) {
         const Tags& tags = drawing().tags(entity);
         const size_t layer = findTag(tags, 8);
@@ -464,9 +484,10 @@ void Painter::paintHatch(Open& open) {
     const Tags& tags = drawing().tags(open.entity);
     if (!fills_) return;
     constexpr int kSolid = 70, kGradient = 450;
-    if (integerOf(tags, kSolid, 0) != 0 || integerOf(tags, kGradient, 0) != 0) {
-        return canvas_.fill(open.paths, open.style.own.color);
+    if (integerOf(tags, kGradient, 0) != 0 && !open.replaced) {
+        return canvas_.fill(open.paths, gradientColor(tags, open.style.own.color));
     }
+    if (integerOf(tags, kSolid, 0) != 0) return canvas_.fill(open.paths, open.style.own.color);
     canvas_.clip(open.paths);
     paintPattern(tags, toPage() * entityToWorld(drawing(), open.entity), open);
     canvas_.unclip();

@@ -106,11 +106,14 @@ StyleBook& StyleBook::holderOf(const std::u16string& name, Slot& record) {
     return *this;
 }
 
-void StyleBook::describeLayer(Slot record, PlotStyle& style) {
+void StyleBook::describeLayer(Slot record, Layer& layer) {
+    constexpr int kPlotted = 290;
+    PlotStyle& style = layer.style;
     const Tags& tags = drawing_.tags(record);
     style.color = colorOf(tags, style, style);
     style.width = widthOf(integerOf(tags, kWeight, -3), default_width_);
     style.dashes = lineType(textOf(tags, kLineType, drawing_.codec()));
+    layer.plotted = layer.plotted && integerOf(tags, kPlotted, 1) != 0;
 }
 
 const StyleBook::Layer& StyleBook::layerNamed(const std::u16string& name) {
@@ -118,11 +121,13 @@ const StyleBook::Layer& StyleBook::layerNamed(const std::u16string& name) {
     Layer& layer = found->second;
     if (!made) return layer;
     layer.zero = name == u"0";
+    // What dimensions are measured from is never plotted.
+    layer.plotted = kz::compareNoCase(name, u"DEFPOINTS") != 0;
     layer.style.color = plotColor(7, dark_);
     layer.style.width = default_width_;
     Slot record = kNoSlot;
     StyleBook& holder = holderOf(name, record);
-    if (record != kNoSlot) holder.describeLayer(record, layer.style);
+    if (record != kNoSlot) holder.describeLayer(record, layer);
     return layer;
 }
 
@@ -132,7 +137,9 @@ PlotContext StyleBook::styleOf(Slot entity, const PlotContext* outer) {
     if (name.empty()) name.assign(1, u'0');
     const Layer& layer = layerNamed(name);
     PlotContext context;
-    context.layer = layer.zero && outer != nullptr ? outer->layer : layer.style;
+    const bool by_outer = layer.zero && outer != nullptr;
+    context.layer = by_outer ? outer->layer : layer.style;
+    context.plotted = by_outer ? outer->plotted : layer.plotted;
     PlotStyle plain;
     plain.color = plotColor(7, dark_);
     plain.width = default_width_;

@@ -21,8 +21,9 @@ struct PlotStyle {
 
 /// What an insertion hands down to the contents of its block.
 struct PlotContext {
-    PlotStyle layer;  ///< of the layer that layer 0 stands for
-    PlotStyle own;    ///< for what is drawn "by block"
+    PlotStyle layer;      ///< of the layer that layer 0 stands for
+    PlotStyle own;        ///< for what is drawn "by block"
+    bool plotted = true;  ///< false on a layer that is for the screen only
 };
 
 /// Styles in one drawing, which does not change meanwhile.
@@ -41,9 +42,10 @@ class StyleBook {
     struct Layer {
         PlotStyle style;
         bool zero = false;
+        bool plotted = true;
     };
     const Layer& layerNamed(const std::u16string& name);
-    void describeLayer(Slot record, PlotStyle& style);
+    void describeLayer(Slot record, Layer& layer);
     /// The book of the outermost drawing that knows a layer of this one, and its record there.
     StyleBook& holderOf(const std::u16string& name, Slot& record);
     const std::vector<double>& lineType(const std::u16string& name);

@@ -9,6 +9,7 @@
 #include "kz/kz_error.h"
 #include "kz/kz_fldcnv.h"
 #include "kz/kz_group.h"
+#include "kz/kz_group_edit.h"
 #include "kz/kz_group_fields.h"
 #include "kz/kz_input.h"
 #include "kz/kz_objid.h"

@@ -20,8 +20,14 @@ def foreign(version):
 
 
 def members(path, name):
-    """Handles of a group's entities as the file has them: auditing may turn their order."""
-    return [entity.dxf.handle for entity in ezdxf.readfile(path).groups.get(name)]
+    """Handles of a group's entities in the order of the file, which the other reader doesn't keep."""
+    handle = ezdxf.readfile(path).groups.get(name).dxf.handle.encode()
+    for part in objects(path):
+        pairs = [line.strip() for line in part.split(b"\n")]
+        groups = list(zip(pairs[0::2], pairs[1::2]))
+        if groups[0][1] == b"GROUP" and (b"5", handle) in groups:
+            return [value.decode() for code, value in groups if code == b"340"]
+    return []
 
 
 def reactors(document, handle):

@@ -2,7 +2,6 @@
 #include "ACAD/cad_rx/cad_rx.h"
 #include "ACAD/kz_acgrp/group_edit.h"
 #include "APP/services.h"
-#include "acad/ed.h"
 #include "kz/kz_xdata.h"
 
 namespace {
@@ -94,31 +93,33 @@ kz::Opened<AcDbGroup> enterGroup(kz_Char* name, const kz_Char* type) {
 
 // --- entities -----------------------------------------------------------------------------------
 
-int writeMasterFields(const kz_CADObjId* master) {
-    const kz::OwnedFldList fields(kz_FldList_create(nullptr, 0, nullptr, 0));
-    if (kz_FldList_addCharVal(fields.get(), kz::kRoleField, kz::kMasterRole) != 1) return 0;
-    return kz_XData_objInitFldList(master, fields.get(), kz::kGroupApp);
-}
-
-/// Appends an entity to the open group. Marks of a sub-group that it was in elsewhere go.
-bool append(AcDbGroup& group, const kz_CADObjId* object) {
+/// Appends an entity to the open group and gives it its fields in the place of those that it has
+/// from elsewhere.
+bool append(AcDbGroup& group, const kz_CADObjId* object, kz_FldList* fields) {
     AcDbObjectId entity;
+    kz_XData_objDeleteFldList(object, kz::kSubGroupApp);
+    kz_XData_objInitFldList(object, fields, kz::kGroupApp);
     const Acad::ErrorStatus known = acdbGetObjectId(entity, object->ename);
     KZ_ASSERTION(known == Acad::eOk);
-    kz_XData_objDeleteFldList(object, kz::kSubGroupApp);
     return known == Acad::eOk && group.append(entity) == Acad::eOk;
+}
+
+bool appendMaster(AcDbGroup& group, const kz_CADObjId* master) {
+    const kz::OwnedFldList fields(kz_FldList_create(nullptr, 0, nullptr, 0));
+    kz_FldList_addCharVal(fields.get(), kz::kRoleField, kz::kMasterRole);
+    return append(group, master, fields.get());
 }
 
 /// Appends the members. `handles` gets those of the sub-group. False at the first that can't be
 /// taken in.
 bool appendMembers(AcDbGroup& group, const Parts& parts, kz_LnkList* handles) {
+    const kz::OwnedFldList fields = kz::memberFields(parts.handle);
     const int length = kz_CADSelSet_length(parts.set);
     for (int i = 0; i < length; ++i) {
         if (i == parts.master_index) continue;
         const kz::OwnedObject member(kz_CADSelSet_getNth(parts.set, i));
         if (member == nullptr) return false;
-        kz::writeMemberFields(member->ename, parts.handle);
-        if (!append(group, member.get())) return false;
+        if (!append(group, member.get(), fields.get())) return false;
         if (parts.sub_group == nullptr) continue;
         kz_SubGroup_addEnameToHandleList(handles, member->ename);
         kz_Group_setSubGroupRef(member->ename, parts.sub_group);
@@ -172,8 +173,7 @@ int kz_AcGroup_create(kz_GroupId* id, const kz_Char* type, const kz_Char* name,
     if (!group || acdbGetAdsName(id->ename, group->objectId()) != Acad::eOk) return 0;
 
     const OwnedTexts handles(kz_LnkList_create());
-    writeMasterFields(parts.master.get());
-    const bool whole = append(*group.get(), parts.master.get()) &&
+    const bool whole = appendMaster(*group.get(), parts.master.get()) &&
                        appendMembers(*group.get(), parts, handles.get());
     // The fields of the group object can't be written while it is open.
     group.close();

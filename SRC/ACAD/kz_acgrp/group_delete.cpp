@@ -12,13 +12,24 @@ constexpr int kMembersStay = -3;
 
 // --- entities -----------------------------------------------------------------------------------
 
+/// The entities of a set that are not erased.
+std::vector<kz::OwnedObject> livingOf(const kz_CADSelSet* set) {
+    std::vector<kz::OwnedObject> living;
+    const int length = kz_CADSelSet_length(set);
+    for (int i = 0; i < length; ++i) {
+        kz::OwnedObject object(kz_CADSelSet_getNth(set, i));
+        const bool there = object != nullptr && kz_AcGroup_isAdsNameErased(object->ename) == 0;
+        if (there) living.push_back(std::move(object));
+    }
+    return living;
+}
+
 int eraseEntities(const kz_GroupId* id, bool with_master) {
     const kz::OwnedSet set(kz_Group_getMemberSelSet(id, nullptr, nullptr, 1, with_master ? 1 : 0));
-    if (set == nullptr) return kMembersStay;
-    int result = 1;
-    const int length = kz_CADSelSet_length(set.get());
-    for (int i = 0; i < length; ++i) {
-        if (kz_CADObjId_delete(kz_CADSelSet_getNth(set.get(), i)) != 1) result = kMembersStay;
+    const std::vector<kz::OwnedObject> entities = livingOf(set.get());
+    int result = entities.empty() ? kMembersStay : 1;
+    for (const kz::OwnedObject& entity : entities) {
+        if (kz_CADObjId_erase(entity.get(), 0) != 1) result = kMembersStay;
     }
     return result;
 }
@@ -187,12 +198,9 @@ int kz_AcGroup_deleteMembers(const kz_GroupId* id, const kz_Char* type, const kz
     }
     const kz::OwnedSet members(
         kz_Group_getMemberSelSet(id, type, subGroup, includeChildren != 0 ? 0 : 1, 0));
-    int status = members != nullptr ? 1 : 0;
-    const int length = kz_CADSelSet_length(members.get());
-    for (int i = 0; i < length; ++i) {
-        const kz::OwnedObject member(kz_CADSelSet_getNth(members.get(), i));
-        status = member != nullptr ? eraseMember(member.get()) : 0;
-    }
+    int status = 0;
+    for (const kz::OwnedObject& member : livingOf(members.get()))
+        status = eraseMember(member.get());
     KZ_ASSERTION(status == 1);
     return status;
 }

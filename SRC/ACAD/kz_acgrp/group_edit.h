@@ -28,9 +28,8 @@ int changeChildren(const kz_GroupId* id, const Names& gone, const Names& added);
 /// not be written
 int handOverChildren(const kz_GroupId* id, const kz_GroupId* heir);
 
-/// Makes an entity a member of the group with this master, and nothing else: what it bears of other
-/// groups goes. @return 1 or 0
-int writeMemberFields(const ads_name name, const kz_Char* master_handle);
+/// What a member of the group with this master bears; NULL without memory.
+OwnedFldList memberFields(const kz_Char* master_handle);
 /// Number of entities of an open group that are not erased, counted up to `limit`.
 int countLiving(const AcDbGroup& group, int limit);
 /// True for objects of one drawing.

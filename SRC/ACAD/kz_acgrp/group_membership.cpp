@@ -19,11 +19,11 @@ bool inSameDrawing(const AcDbObjectId& a, const AcDbObjectId& b) {
     return drawing != nullptr && drawing == databaseOfObject(b);
 }
 
-int writeMemberFields(const ads_name name, const kz_Char* master_handle) {
-    const OwnedFldList fields(kz_FldList_create(nullptr, 0, nullptr, 0));
-    if (kz_FldList_addCharVal(fields.get(), kRoleField, kMemberRole) != 1) return 0;
-    if (kz_FldList_addHandleVal(fields.get(), kMasterField, master_handle) != 1) return 0;
-    return kz_XData_initFldList(name, fields.get(), kGroupApp);
+OwnedFldList memberFields(const kz_Char* master_handle) {
+    OwnedFldList fields(kz_FldList_create(nullptr, 0, nullptr, 0));
+    const bool made = kz_FldList_addCharVal(fields.get(), kRoleField, kMemberRole) == 1 &&
+                      kz_FldList_addHandleVal(fields.get(), kMasterField, master_handle) == 1;
+    return made ? std::move(fields) : nullptr;
 }
 
 }  // namespace kz
@@ -80,24 +80,34 @@ int leaveContainer(const kz_GroupId* container, const AcDbObjectId& entity) {
     return kept ? 1 : 0;
 }
 
-/// Ends the sub-group of the entity. The lists of a master go with its group.
+/// Ends the sub-group of a member.
 int leaveSubGroup(const Leaver& leaver) {
     kz_Char name[kz::kNameSize];
     if (kz_Group_enameGetSubGroupName(name, leaver.object->ename) != 1) return 1;
     if (kz_Group_removeSubGroupRef(leaver.object->ename) != 1) return 0;
-    if (leaver.is_master) return 1;
     return kz_SubGroup_removeMemberRef(leaver.master->ename, name, leaver.object->ename);
 }
 
-int leave(int* group_erased, const Leaver& leaver) {
+/// Ends a group that its master leaves as the last living entity. The container must not keep those
+/// that are erased, and the tree not the name.
+int leaveAsLast(int* group_erased, const Leaver& leaver, const kz_GroupId* container) {
+    int status = 1;
+    if (container != nullptr) status = kz_Group_removeFromContainerGroup(container, leaver.id);
     if (!takeOut(leaver.group, leaver.entity)) return 0;
+    kz_Group_removeGroupRefs(leaver.id);
+    if (kz_AcDbGroup_delete(&leaver.group) != 1) return 0;
+    if (group_erased != nullptr) *group_erased = 1;
+    return status;
+}
+
+int leave(int* group_erased, const Leaver& leaver) {
     const kz::OwnedGroup container(kz_Group_getContainerGroup(leaver.id));
     if (leaver.is_master) {
-        // The tree must not keep the name of a group that is gone.
-        kz_Group_removeGroupRefs(leaver.id);
-        if (kz_AcDbGroup_delete(&leaver.group) != 1) return 0;
-        if (group_erased != nullptr) *group_erased = 1;
+        const int status = leaveAsLast(group_erased, leaver, container.get());
+        kz_XData_objDeleteFldList(leaver.object, kz::kSubGroupApp);
+        return kz_XData_objDeleteFldList(leaver.object, kz::kGroupApp) == 1 ? status : 0;
     }
+    if (!takeOut(leaver.group, leaver.entity)) return 0;
     if (kz_XData_objDeleteFldList(leaver.object, kz::kGroupApp) != 1) return 0;
     const int sub_group = leaveSubGroup(leaver);
     const int status = container != nullptr ? leaveContainer(container.get(), leaver.entity) : 1;
@@ -173,8 +183,9 @@ int enter(const kz_GroupId* id, const kz_CADObjId* object, const kz_Char* sub_gr
     if (kz_Group_isErased(id) == 1 || kz_AcGroup_isAcDbObjectErased(&entity) == 1) return 0;
     if (!kz::inSameDrawing(group, entity) || leaveOldGroup(id, object) != 1) return 0;
     if (!appendTo(group, entity)) return 0;
-    if (kz::writeMemberFields(object->ename, handle) != 1) return 0;
+    const kz::OwnedFldList fields = kz::memberFields(handle);
     kz_Group_removeSubGroupRef(object->ename);
+    if (kz_XData_objInitFldList(object, fields.get(), kz::kGroupApp) != 1) return 0;
     const kz::OwnedGroup container(kz_Group_getContainerGroup(id));
     const bool inside =
         container == nullptr || kz_Group_addMemberToContainerGroup(container.get(), object) == 1;

@@ -1,7 +1,7 @@
 /// What the sources of groups share: the keys that groups have in a drawing, owners, and the steps
 /// that are no part of the library's interface.
-#ifndef SRC_ACAD_KZ_ACGRP_H
-#define SRC_ACAD_KZ_ACGRP_H
+#ifndef SRC_ACAD_KZ_ACGRP_KZ_ACGRP_H
+#define SRC_ACAD_KZ_ACGRP_KZ_ACGRP_H
 
 #include <set>
 #include <string_view>

@@ -3,7 +3,6 @@
 #include "ACAD/cad_rx/cad_rx.h"
 #include "ACAD/kz_acgrp/group_edit.h"
 #include "APP/services.h"
-#include "kz/kz_appdata.h"
 #include "kz/kz_xdata.h"
 
 namespace {
@@ -12,17 +11,13 @@ constexpr const char* kTraceSource = "SRC/ACAD/kz_acgrp";
 
 // --- data ---------------------------------------------------------------------------------------
 
-using OwnedAppData = std::unique_ptr<kz_AppDataList, kz::Destroyer<kz_AppDataList_destroy>>;
-
 /// Gives the fields of the group to the new master; the old one becomes its member.
 int moveGroupFields(const kz_CADObjId* to, const kz_CADObjId* from) {
     kz_Char handle[kz::kHandleSize];
     const kz::OwnedFldList fields(kz_XData_getFldList(from->ename, nullptr, kz::kGroupApp));
     if (fields == nullptr || kz_Group_getHandleFromEname(handle, to->ename) != 1) return 0;
     if (kz_XData_objModFldList(to, fields.get(), kz::kGroupApp) != 1) return 0;
-    const kz::OwnedFldList role(kz_FldList_create(nullptr, 0, nullptr, 0));
-    if (kz_FldList_addCharVal(role.get(), kz::kRoleField, kz::kMemberRole) != 1) return 0;
-    if (kz_FldList_addHandleVal(role.get(), kz::kMasterField, handle) != 1) return 0;
+    const kz::OwnedFldList role = kz::memberFields(handle);
     if (kz_XData_objModFldList(from, role.get(), kz::kGroupApp) != 1) return 0;
     int status = 1;
     for (const kz_Char* field :
@@ -33,32 +28,45 @@ int moveGroupFields(const kz_CADObjId* to, const kz_CADObjId* from) {
     return status;
 }
 
-/// Moves what one application keeps. What can't be written to the new master stays with the old.
-int moveFields(const kz_CADObjId* to, const kz_CADObjId* from, kz_FldList* fields,
-               const kz_Char* app) {
-    if (kz_XData_objModFldList(to, fields, app) != 1) return 0;
-    return kz_XData_objDeleteFldList(from, app);
-}
-
 int moveSubGroupLists(const kz_CADObjId* to, const kz_CADObjId* from) {
     const kz::OwnedFldList lists(kz_XData_getFldList(from->ename, nullptr, kz::kSubGroupApp));
-    return lists != nullptr ? moveFields(to, from, lists.get(), kz::kSubGroupApp) : 1;
+    if (lists == nullptr) return 1;
+    if (kz_XData_objModFldList(to, lists.get(), kz::kSubGroupApp) != 1) return 0;
+    return kz_XData_objDeleteFldList(from, kz::kSubGroupApp);
+}
+
+/// Writes a chain of extended data as it is.
+int writeChain(const kz_CADObjId* to, const resbuf* chain) {
+    kz::Opened<AcDbObject> object(to->ename, AcDb::kForWrite, true);
+    return object && object->setXData(chain) == Acad::eOk ? 1 : 0;
+}
+
+/// Moves what one application keeps. Its fields join those that the new master has; where it has
+/// none everything goes over, data that can't be read as fields too. What can't be written stays
+/// with the old master.
+int moveData(const kz_CADObjId* to, const kz_CADObjId* from, const kz_Char* app) {
+    const kz::OwnedChain chain(kz_Xdata_getFromEnt(from->ename, app));
+    if (chain == nullptr || chain->rbnext == nullptr) return 1;
+    const kz::OwnedChain present(kz_Xdata_getFromEnt(to->ename, app));
+    const kz::OwnedFldList fields(
+        present != nullptr ? kz_XData_getFldList(from->ename, nullptr, app) : nullptr);
+    const int written = fields != nullptr ? kz_XData_objModFldList(to, fields.get(), app)
+                                          : writeChain(to, chain.get());
+    return written == 1 ? kz_XData_objDeleteFldList(from, app) : 0;
 }
 
 /// Moves the data of the other applications. It is taken as the drawing has it: both masters are in
 /// one drawing, so points must not be turned into the coordinates of another.
 int moveForeignData(const kz_CADObjId* to, const kz_CADObjId* from) {
-    kz_AppDataList* read = nullptr;
-    const kz::OwnedChain chain(kz_Xdata_getFromEnt(from->ename, nullptr));
-    kz_AppDataList_fromXdata(&read, chain.get());
-    const OwnedAppData all(read);
+    constexpr int kAppName = 1001;
+    const kz::OwnedChain all(kz_Xdata_getFromEnt(from->ename, nullptr));
     int status = 1;
-    for (kz_AppDataList_start(read); read != nullptr && kz_AppDataList_eol(read) == 0;
-         kz_AppDataList_next(read)) {
-        const kz_AppData* data = kz_AppDataList_getCurr(read);
-        const bool own = kz_Str_cmpi(data->name, kz::kGroupApp) == 0 ||
-                         kz_Str_cmpi(data->name, kz::kSubGroupApp) == 0;
-        if (!own && moveFields(to, from, data->fields, data->name) != 1) status = 0;
+    for (const resbuf* node = all.get(); node != nullptr; node = node->rbnext) {
+        if (node->restype != kAppName) continue;
+        const kz_Char* const app = node->resval.rstring;
+        const bool own =
+            kz_Str_cmpi(app, kz::kGroupApp) == 0 || kz_Str_cmpi(app, kz::kSubGroupApp) == 0;
+        if (!own && moveData(to, from, app) != 1) status = 0;
     }
     return status;
 }

@@ -1,7 +1,6 @@
 /// Masters that draw nothing of note: references to a block that holds a point.
 #include "ACAD/cad_rx/cad_rx.h"
 #include "APP/services.h"
-#include "acad/blocks.h"
 #include "checks.h"
 #include "kz/kz_group_edit.h"
 
