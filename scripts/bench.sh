@@ -18,6 +18,8 @@ build/release/bench_spine "${drawings[@]}"
 build/release/bench_undo
 build/release/bench_records
 build/release/bench_select
+build/release/bench_groups
 build/release/bench_trace
 echo
 /usr/bin/python3 -B bench/peers/ezdxf_spine.py "${drawings[@]}"
+/usr/bin/python3 -B bench/peers/ezdxf_groups.py "$folder/groups.dxf" 1000 10000

@@ -123,11 +123,15 @@ kz_CADObjIdList* kz_Group_getMasters(kz_CADObjIdList* entities) {
     return masters.release();
 }
 
+kz_CADObjIdList* kz_Group_getMastersFromCADSelSetId(const kz_CADSelSetId* set, int nested) {
+    const kz::OwnedObjects entities(kz_CADObjIdList_fromCADSelSetId(set, nested));
+    return kz_Group_getMasters(entities.get());
+}
+
 int kz_Group_setVisibility(const kz_GroupId* id, const kz_Char* type, const kz_Char* subGroup,
                            int noChildren, int includeMaster, int visible) {
     if (kz_Group_isNull(id) == 1) return 0;
-    const std::unique_ptr<kz_CADSelSet, kz::Destroyer<kz::destroySet>> set(
-        kz_Group_getMemberSelSet(id, type, subGroup, noChildren, includeMaster));
+    const kz::OwnedSet set(kz_Group_getMemberSelSet(id, type, subGroup, noChildren, includeMaster));
     return set != nullptr ? kz_CADSelSet_setVisibility(set.get(), visible) : 0;
 }
 

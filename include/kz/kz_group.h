@@ -196,6 +196,9 @@ KZ_EXPORT kz_CADObjIdList* kz_AcGroup_getMemberList(const kz_GroupId* id, const 
 /// The masters of the entities of a list, each once, as a new list that the caller destroys. Moves
 /// the list's position. @return NULL when there are none
 KZ_EXPORT kz_CADObjIdList* kz_Group_getMasters(kz_CADObjIdList* entities);
+/// The same for the entities of a set; with `nested` 1 for those inside that were chosen.
+KZ_EXPORT kz_CADObjIdList* kz_Group_getMastersFromCADSelSetId(const kz_CADSelSetId* set,
+                                                              int nested);
 /// Shows the entities, or with `visible` 0 hides them. @return 0 also when there are none
 KZ_EXPORT int kz_Group_setVisibility(const kz_GroupId* id, const kz_Char* type,
                                      const kz_Char* subGroup, int noChildren, int includeMaster,

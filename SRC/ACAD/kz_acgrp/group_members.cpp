@@ -104,27 +104,7 @@ class Descent {
     std::vector<Level> levels_;
 };
 
-/// A new, empty set; NULL when there can't be one.
-kz_CADSelSet* newSet() {
-    auto* set = static_cast<kz_CADSelSet*>(kz_Malloc(sizeof(kz_CADSelSet)));
-    if (set == nullptr) return nullptr;
-    *set = {};
-    if (acedSSAdd(nullptr, nullptr, set->name) == RTNORM) return set;
-    kz_Free(set);
-    return nullptr;
-}
-
-bool isEmptySet(const kz_CADSelSet& set) {
-    int32_t length = 0;
-    return acedSSLength(set.name, &length) != RTNORM || length == 0;
-}
-
 }  // namespace
-
-void kz::destroySet(kz_CADSelSet* set) {
-    if (set != nullptr) acedSSFree(set->name);
-    kz_Free(set);
-}
 
 int kz_AcGroup_getMembers(kz_CADSelSet* set, kz_CADObjIdList* list, const kz_GroupId* id,
                           const kz_Char* type, const kz_Char* subGroup, int noChildren,
@@ -137,11 +117,11 @@ int kz_AcGroup_getMembers(kz_CADSelSet* set, kz_CADObjIdList* list, const kz_Gro
 kz_CADSelSet* kz_AcGroup_getMemberSelSet(const kz_GroupId* id, const kz_Char* type,
                                          const kz_Char* subGroup, int noChildren,
                                          int includeMaster) {
-    std::unique_ptr<kz_CADSelSet, kz::Destroyer<kz::destroySet>> set(newSet());
+    kz::OwnedSet set(kz_CADSelSet_create());
     if (set == nullptr) return nullptr;
     const int status =
         kz_AcGroup_getMembers(set.get(), nullptr, id, type, subGroup, noChildren, includeMaster);
-    return status == 1 && !isEmptySet(*set) ? set.release() : nullptr;
+    return status == 1 && kz_CADSelSet_length(set.get()) > 0 ? set.release() : nullptr;
 }
 
 kz_CADObjIdList* kz_AcGroup_getMemberList(const kz_GroupId* id, const kz_Char* type,

@@ -11,6 +11,7 @@
 #include "group_errors.h"
 #include "guards.h"
 #include "kz/kz_group_fields.h"
+#include "kz/kz_selset.h"
 #include "trace.h"
 
 namespace kz {
@@ -61,6 +62,8 @@ void submitGeneralError(int code);
 using OwnedGroup = std::unique_ptr<kz_GroupId, Destroyer<kz_Group_destroyId>>;
 using OwnedObject = std::unique_ptr<kz_CADObjId, Destroyer<kz_CADObjId_destroy>>;
 using OwnedObjects = std::unique_ptr<kz_CADObjIdList, Destroyer<kz_CADObjIdList_destroy>>;
+/// A selection set.
+using OwnedSet = std::unique_ptr<kz_CADSelSet, Destroyer<kz_CADSelSet_destroy>>;
 
 /// Traces entry and exit of a function.
 class GroupTrace {
@@ -99,9 +102,6 @@ AcDbDatabase* databaseOfObject(const AcDbObjectId& object);
 
 /// Opens a group object; an erased one isn't opened. One that can't be opened adds group error 5.
 Opened<AcDbGroup> openGroup(const AcDbObjectId& object, AcDb::OpenMode mode);
-
-/// Frees a selection set.
-void destroySet(kz_CADSelSet* set);
 
 }  // namespace kz
 

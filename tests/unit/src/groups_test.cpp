@@ -471,6 +471,15 @@ TEST_F(GroupTrees, MastersOfManyAreGivenOnce) {
     kz_CADObjIdList_insEnd(list, kz_CADObjId_fromADSEname(line_));
     EXPECT_EQ(show(kz_Group_getMasters(list)), "KZ_AB_D.0 KZ_AB_A.0");
     kz_CADObjIdList_destroy(list);
+    kz_CADSelSet* set = kz_CADSelSet_create();
+    EXPECT_EQ(kz_Group_getMastersFromCADSelSetId(set, 0), nullptr);
+    for (const char* group : {"KZ_AB_A", "KZ_AB_D"}) {
+        kz_CADObjId* id = kz_CADObjId_fromADSEname(entities_[group][1].name);
+        kz_CADSelSet_addObject(set, id);
+        kz_CADObjId_destroy(id);
+    }
+    EXPECT_EQ(show(kz_Group_getMastersFromCADSelSetId(set, 0)), "KZ_AB_A.0 KZ_AB_D.0");
+    kz_CADSelSet_destroy(set);
     EXPECT_EQ(kz_Group_getMasters(nullptr), nullptr);
 }
 
