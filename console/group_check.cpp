@@ -65,7 +65,6 @@ const std::vector<Finding>& GroupCheck::run() {
     }
     for (size_t i = 0; i < count; ++i)
         checkEntities(i);
-    checkStrays();
     checkParents();
     checkCycles();
     checkTrees();
@@ -75,8 +74,7 @@ const std::vector<Finding>& GroupCheck::run() {
     return findings_;
 }
 
-// --- names
-// ----------------------------------------------------------------------------------------
+// --- names --------------------------------------------------------------------------------------
 
 /// A group object that has lost all its fields has them from its master again.
 bool GroupCheck::checkBare(size_t index) {
@@ -144,8 +142,7 @@ void GroupCheck::rename(const std::unordered_map<std::u16string, std::u16string>
     }
 }
 
-// --- entities
-// -------------------------------------------------------------------------------------
+// --- entities -----------------------------------------------------------------------------------
 
 void GroupCheck::checkEntities(size_t index) {
     ScannedGroup& one = group(index);
@@ -282,30 +279,7 @@ void GroupCheck::checkMembers(size_t index) {
     one.entities = std::move(left);
 }
 
-/// Entities of the drawing with fields of a group that doesn't list them.
-void GroupCheck::checkStrays() {
-    std::unordered_map<std::u16string, size_t> masters;
-    for (size_t i = 0; i < scan_.groups.size(); ++i) {
-        if (has_master_[i]) masters.emplace(group(i).master, i);
-    }
-    const auto check = [&](const ScannedEntity& one) {
-        size_t owner = kNobody;
-        if (one.role == u"MS") owner = scan_.groupNamed(one.references.name);
-        const auto found = masters.find(one.master);
-        if (one.role == u"MM" && found != masters.end()) owner = found->second;
-        if (owner == kNobody || group(owner).is_container) return;
-        find(one.handle,
-             "bears the fields of " + quoted(group(owner).key) + ", which doesn't list it");
-    };
-    for (size_t i = 0; i < scan_.entities.size(); ++i) {
-        if (holders_[i].empty()) check(entity(i));
-    }
-    for (const ScannedEntity& one : bearersOutside(scan_))
-        check(one);
-}
-
-// --- tree
-// -----------------------------------------------------------------------------------------
+// --- tree ---------------------------------------------------------------------------------------
 
 void GroupCheck::checkParents() {
     for (size_t i = 0; i < scan_.groups.size(); ++i) {
@@ -376,8 +350,7 @@ void GroupCheck::checkCycles() {
     }
 }
 
-// --- containers
-// -----------------------------------------------------------------------------------
+// --- containers ---------------------------------------------------------------------------------
 
 void GroupCheck::checkTrees() {
     const std::vector<size_t> roots = scan_.roots();
@@ -469,8 +442,7 @@ void GroupCheck::checkContainer(size_t index, const std::vector<size_t>& named_b
     changes_[index] |= kList;
 }
 
-// --- sub-groups
-// -----------------------------------------------------------------------------------
+// --- sub-groups ---------------------------------------------------------------------------------
 
 void GroupCheck::checkParts(size_t index) {
     if (!has_master_[index] || isErased(index)) return;

@@ -46,7 +46,6 @@ class GroupCheck {
     void checkMasterFields(size_t index);
     void checkMembers(size_t index);
     size_t groupOf(size_t entity_index);
-    void checkStrays();
     void checkParents();
     void checkChildren(size_t index);
     void checkCycles();

@@ -121,21 +121,6 @@ size_t GroupScan::add(AcDbObjectId id, const std::u16string& handle) {
     return place->second;
 }
 
-std::vector<ScannedEntity> bearersOutside(const GroupScan& scan) {
-    std::vector<ScannedEntity> bearers;
-    ads_name name = {}, next;
-    while (kz_AcCAD_nextMainEntity(name, next, 1) == 1) {
-        ads_name_set(next, name);
-        AcDbObjectId id;
-        if (acdbGetObjectId(id, name) != Acad::eOk) continue;
-        const std::u16string handle = handleOf(id);
-        if (scan.by_handle.count(handle) != 0) continue;
-        ScannedEntity entity = readEntity(id, handle);
-        if (!entity.role.empty()) bearers.push_back(std::move(entity));
-    }
-    return bearers;
-}
-
 std::vector<size_t> GroupScan::roots() const {
     enum : size_t { kUnknown = kNobody - 1, kOnWay = kNobody - 2 };
     std::vector<size_t> roots(groups.size(), kUnknown);

@@ -65,9 +65,6 @@ struct GroupScan {
 /// Reads the groups of the drawing in the editor.
 GroupScan scanGroups();
 
-/// The entities of the drawing that bear fields of groups and that no group of `scan` lists.
-std::vector<ScannedEntity> bearersOutside(const GroupScan& scan);
-
 /// True for the handle of an object of the drawing.
 bool isThere(const std::u16string& handle);
 

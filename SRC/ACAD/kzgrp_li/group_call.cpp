@@ -13,8 +13,7 @@ constexpr TwinFamily kFamily = {"SRC/ACAD/kzgrp_li", 0};
 GroupCall::GroupCall(const kz_Char* name, const kz_Char* refusal)
     : CadCall(kFamily, name, refusal) {}
 
-// --- readers
-// --------------------------------------------------------------------------------------
+// --- readers ------------------------------------------------------------------------------------
 
 bool GroupCall::readName(ads_name out, bool nil_allowed) {
     int is_nil = 0;
@@ -80,8 +79,7 @@ int GroupCall::truth() {
     return is_nil == 0 ? 1 : 0;
 }
 
-// --- answers
-// --------------------------------------------------------------------------------------
+// --- answers ------------------------------------------------------------------------------------
 
 void GroupCall::answerTruth(int value) {
     answerStatus(value != 0 ? 1 : 0);

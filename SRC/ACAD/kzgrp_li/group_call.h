@@ -82,8 +82,7 @@ class GroupCall : public CadCall {
     int word_count_ = 0;
 };
 
-// --- rows
-// -----------------------------------------------------------------------------------------
+// --- rows ---------------------------------------------------------------------------------------
 
 // What arguments are read with.
 inline constexpr auto kGroup = &GroupCall::group;

@@ -87,8 +87,7 @@ KZ_TWIN kz_Group_setSelectable_li(void) {
     return groupTwin<kz_Group_setSelectable, kz::kStatus, kz::kGroup, kz::kFlag, kz::kFlag>();
 }
 
-// --- walk
-// -----------------------------------------------------------------------------------------
+// --- walk ---------------------------------------------------------------------------------------
 
 /// (kz_Group_beginGetNext [drawing]) -> T | nil
 /// Begins a walk over the groups of a drawing: kz_Group_getNext gives one after the other, and
