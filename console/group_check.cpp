@@ -231,7 +231,7 @@ void GroupCheck::checkMasterFields(size_t index) {
     }
     if (master.references == one.references) return;
     find(one.key,
-         "and its master " + quoted(master.handle) + " differ in " +
+         "differs from its master " + quoted(master.handle) + " in " +
              differences(master.references, one.references),
          "the master bears what the group does");
     entity_changed_[at] = true;
