@@ -65,7 +65,7 @@ const std::vector<Finding>& GroupCheck::run() {
     }
     for (size_t i = 0; i < count; ++i)
         checkEntities(i);
-    checkParents();
+    checkTreeReferences();
     checkCycles();
     checkTrees();
     for (size_t i = 0; i < count; ++i)
@@ -222,7 +222,9 @@ void GroupCheck::checkMasterFields(size_t index) {
         has_master_[index] = false;
         return;
     }
-    if (master.role != u"MS" || !master.master.empty()) {
+    // One that was a member before names itself.
+    const bool names_itself = master.master.empty() || master.master == master.handle;
+    if (master.role != u"MS" || !names_itself) {
         find(one.key, "has the master " + quoted(master.handle) + ", which isn't marked as one",
              "it is marked now");
         master.role = u"MS";
@@ -281,25 +283,33 @@ void GroupCheck::checkMembers(size_t index) {
 
 // --- tree ---------------------------------------------------------------------------------------
 
-void GroupCheck::checkParents() {
+void GroupCheck::checkTreeReferences() {
     for (size_t i = 0; i < scan_.groups.size(); ++i) {
-        ScannedGroup& one = group(i);
-        std::u16string& parent = one.references.parent;
-        if (one.is_container || isErased(i) || parent.empty()) continue;
-        const size_t at = scan_.groupNamed(parent);
-        const bool container = at != kNobody && group(at).is_container;
-        if (at != kNobody && at != i && !container) continue;
-        find(one.key,
-             at == i ? "is its own parent"
-                     : "names the parent " + quoted(parent) +
-                           (container ? ", which is a container" : ", which doesn't exist"),
-             "it is a root now");
-        parent.clear();
-        changes_[i] |= kFields;
+        if (!group(i).is_container && !isErased(i)) checkParent(i);
     }
     for (size_t i = 0; i < scan_.groups.size(); ++i) {
         if (!group(i).is_container && !isErased(i)) checkChildren(i);
     }
+    addMissingChildren();
+}
+
+void GroupCheck::checkParent(size_t index) {
+    ScannedGroup& one = group(index);
+    std::u16string& parent = one.references.parent;
+    if (parent.empty()) return;
+    const size_t at = scan_.groupNamed(parent);
+    const bool container = at != kNobody && group(at).is_container;
+    if (at != kNobody && at != index && !container) return;
+    const std::string names = "names the parent " + quoted(parent);
+    find(one.key,
+         at == index ? "is its own parent"
+                     : names + (container ? ", which is a container" : ", which doesn't exist"),
+         "it is a root now");
+    parent.clear();
+    changes_[index] |= kFields;
+}
+
+void GroupCheck::addMissingChildren() {
     std::set<std::pair<size_t, size_t>> named;
     for (size_t i = 0; i < scan_.groups.size(); ++i) {
         for (const std::u16string& child : group(i).references.children)
@@ -352,51 +362,63 @@ void GroupCheck::checkCycles() {
 
 // --- containers ---------------------------------------------------------------------------------
 
+/// The container that a group names; kNobody when there is no such.
+size_t GroupCheck::containerOf(size_t index) const {
+    const size_t found = scan_.groupNamed(scan_.groups[index].references.container);
+    return found != kNobody && scan_.groups[found].is_container ? found : kNobody;
+}
+
 void GroupCheck::checkTrees() {
     const std::vector<size_t> roots = scan_.roots();
     std::vector<std::vector<size_t>> trees(roots.size()), named_by(roots.size());
     for (size_t i = 0; i < roots.size(); ++i) {
-        if (roots[i] != kNobody && roots[i] != i && !isErased(i)) trees[roots[i]].push_back(i);
+        if (roots[i] == kNobody || roots[i] == i || isErased(i)) continue;
+        if (trees[roots[i]].empty()) trees[roots[i]].push_back(roots[i]);
+        trees[roots[i]].push_back(i);
     }
-    const auto container_of = [this](size_t at) {
-        const size_t found = scan_.groupNamed(group(at).references.container);
-        return found != kNobody && group(found).is_container ? found : kNobody;
-    };
-    for (size_t root = 0; root < trees.size(); ++root) {
-        if (trees[root].empty()) continue;
-        trees[root].insert(trees[root].begin(), root);
-        std::set<size_t> containers;
-        for (const size_t one : trees[root])
-            containers.insert(container_of(one));
-        containers.erase(kNobody);
-        const size_t own = container_of(root);
-        const size_t right = own != kNobody || containers.size() != 1 ? own : *containers.begin();
-        if (right == kNobody) {
-            find(group(root).key, "heads a tree without a container", "a container is made");
-            without_container_.push_back(trees[root]);
-            continue;
-        }
-        for (const size_t one : trees[root]) {
-            std::u16string& name = group(one).references.container;
-            if (sameName(name, group(right).key)) continue;
-            find(group(one).key,
-                 (name.empty() ? "names no container" : "names the container " + quoted(name)) +
-                     ", that of its tree is " + quoted(group(right).key),
-                 "it names that one now");
-            name = group(right).key;
-            changes_[one] |= kFields;
-        }
+    for (const std::vector<size_t>& tree : trees) {
+        if (!tree.empty()) checkTree(tree);
     }
     for (size_t i = 0; i < roots.size(); ++i) {
-        const size_t at = group(i).is_container || isErased(i) ? kNobody : container_of(i);
+        const size_t at = group(i).is_container || isErased(i) ? kNobody : containerOf(i);
         if (at != kNobody) named_by[at].push_back(i);
     }
     for (size_t i = 0; i < roots.size(); ++i) {
-        if (group(i).is_container) checkContainer(i, named_by[i]);
+        if (!group(i).is_container) continue;
+        checkContainerFields(i, named_by[i]);
+        if (!isErased(i)) checkContainerList(i, named_by[i]);
     }
 }
 
-void GroupCheck::checkContainer(size_t index, const std::vector<size_t>& named_by) {
+/// All groups of a tree, the root in front, name one container: the root's, or the only one that is
+/// named at all.
+void GroupCheck::checkTree(const std::vector<size_t>& tree) {
+    const size_t root = tree.front();
+    std::set<size_t> named;
+    for (const size_t one : tree)
+        named.insert(containerOf(one));
+    named.erase(kNobody);
+    const size_t own = containerOf(root);
+    const size_t right = own != kNobody || named.size() != 1 ? own : *named.begin();
+    if (right == kNobody) {
+        find(group(root).key, "heads a tree without a container", "a container is made");
+        without_container_.push_back(tree);
+        return;
+    }
+    const std::u16string& key = group(right).key;
+    for (const size_t one : tree) {
+        std::u16string& name = group(one).references.container;
+        if (sameName(name, key)) continue;
+        const std::string names =
+            name.empty() ? "names no container" : "names the container " + quoted(name);
+        find(group(one).key, names + ", that of its tree is " + quoted(key),
+             "it names that one now");
+        name = key;
+        changes_[one] |= kFields;
+    }
+}
+
+void GroupCheck::checkContainerFields(size_t index, const std::vector<size_t>& named_by) {
     ScannedGroup& one = group(index);
     if (named_by.empty()) {
         find(one.key, "is a container that no group names", "the container is erased");
@@ -410,24 +432,27 @@ void GroupCheck::checkContainer(size_t index, const std::vector<size_t>& named_b
     }
     GroupReferences bare;
     bare.name = one.references.name;
-    if (!one.master.empty() || !(one.references == bare)) {
-        find(one.key, "is a container with a master, a parent or children",
-             "it bears its name only");
-        one.master.clear();
-        one.references = bare;
-        changes_[index] |= kFields;
-    }
-    std::unordered_set<size_t> wanted, held(one.entities.begin(), one.entities.end());
+    if (one.master.empty() && one.references == bare) return;
+    find(one.key, "is a container with a master, a parent or children", "it bears its name only");
+    one.master.clear();
+    one.references = bare;
+    changes_[index] |= kFields;
+}
+
+void GroupCheck::checkContainerList(size_t index, const std::vector<size_t>& named_by) {
+    ScannedGroup& one = group(index);
+    const std::unordered_set<size_t> held(one.entities.begin(), one.entities.end());
+    std::unordered_set<size_t> wanted;
     std::vector<size_t> list, missing;
     for (const size_t by : named_by) {
         for (const size_t at : group(by).entities) {
             if (wanted.insert(at).second && held.count(at) == 0) missing.push_back(at);
         }
     }
-    for (const size_t at : one.entities) {
-        if (wanted.count(at) != 0) list.push_back(at);
-    }
+    std::copy_if(one.entities.begin(), one.entities.end(), std::back_inserter(list),
+                 [&wanted](size_t at) { return wanted.count(at) != 0; });
     const size_t strange = one.entities.size() - list.size();
+    if (missing.empty() && strange == 0) return;
     if (!missing.empty()) {
         find(one.key, "lacks " + counted(missing.size(), "entity", "entities") + " of its groups",
              "it holds them now");
@@ -436,7 +461,6 @@ void GroupCheck::checkContainer(size_t index, const std::vector<size_t>& named_b
         find(one.key, "holds " + counted(strange, "entity", "entities") + " of none of its groups",
              "the list is mended");
     }
-    if (missing.empty() && strange == 0) return;
     list.insert(list.end(), missing.begin(), missing.end());
     one.entities = std::move(list);
     changes_[index] |= kList;
@@ -444,40 +468,45 @@ void GroupCheck::checkContainer(size_t index, const std::vector<size_t>& named_b
 
 // --- sub-groups ---------------------------------------------------------------------------------
 
-void GroupCheck::checkParts(size_t index) {
-    if (!has_master_[index] || isErased(index)) return;
+/// The members of a group by their sub-groups. @return false when one is in several
+bool GroupCheck::takeParts(size_t index, Parts& parts) {
     const ScannedGroup& one = group(index);
-    std::map<std::u16string, std::set<std::u16string>> wanted, listed;
-    bool doubtful = false;
+    bool clear = true;
     for (size_t i = 1; i < one.entities.size(); ++i) {
         const ScannedEntity& member = entity(one.entities[i]);
         if (member.parts.empty()) continue;
-        if (member.parts.size() > 1) {
-            find(one.key, "has the member " + quoted(member.handle) + " in several sub-groups");
-            doubtful = true;
-        }
-        wanted[member.parts.begin()->first].insert(member.handle);
+        parts[member.parts.begin()->first].insert(member.handle);
+        if (member.parts.size() == 1) continue;
+        find(one.key, "has the member " + quoted(member.handle) + " in several sub-groups");
+        clear = false;
     }
-    for (const auto& [name, handles] : entity(one.entities.front()).parts) {
-        for (const std::u16string& handle : handles)
-            listed[name].insert(kz::toUpper(handle));
-        if (handles.empty()) listed[name].insert(u"");
-    }
-    if (doubtful || wanted == listed) return;
+    return clear;
+}
+
+void GroupCheck::checkParts(size_t index) {
+    if (!has_master_[index] || isErased(index)) return;
+    const ScannedGroup& one = group(index);
+    Parts wanted, listed;
+    if (!takeParts(index, wanted)) return;
     std::set<std::u16string> names;
-    for (const auto& [name, handles] : wanted) {
-        const auto found = listed.find(name);
-        if (found == listed.end() || found->second != handles) names.insert(name);
+    for (const auto& [name, handles] : entity(one.entities.front()).parts) {
+        std::set<std::u16string>& list = listed[name];
+        for (const std::u16string& handle : handles)
+            list.insert(kz::toUpper(handle));
+        const auto found = wanted.find(name);
+        // The last member that leaves a sub-group may leave an empty list.
+        const bool right = found == wanted.end() ? list.empty() : found->second == list;
+        if (!right) names.insert(name);
     }
-    for (const auto& [name, handles] : listed) {
-        if (wanted.count(name) == 0) names.insert(name);
+    for (const auto& [name, handles] : wanted) {
+        if (listed.count(name) == 0) names.insert(name);
     }
     for (const std::u16string& name : names) {
         find(one.key,
              "has a list of the sub-group " + quoted(name) + " that isn't that of its members",
              "the list is made anew");
     }
-    changes_[index] |= kParts;
+    if (!names.empty()) changes_[index] |= kParts;
 }
 
 /// What has changed of a group is written on its master, too.

@@ -3,7 +3,9 @@
 #ifndef CONSOLE_GROUP_CHECK_H
 #define CONSOLE_GROUP_CHECK_H
 
+#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "group_scan.h"
@@ -30,6 +32,9 @@ class GroupCheck {
   private:
     enum Change : unsigned { kFields = 1, kList = 2, kType = 4, kErased = 8, kParts = 16 };
 
+    /// Handles by the names of sub-groups.
+    using Parts = std::map<std::u16string, std::set<std::u16string>>;
+
     ScannedGroup& group(size_t index) { return scan_.groups[index]; }
     ScannedEntity& entity(size_t index) { return scan_.entities[index]; }
     void find(const std::u16string& about, std::string what, std::string mend = {});
@@ -46,11 +51,17 @@ class GroupCheck {
     void checkMasterFields(size_t index);
     void checkMembers(size_t index);
     size_t groupOf(size_t entity_index);
-    void checkParents();
+    void checkTreeReferences();
+    void checkParent(size_t index);
     void checkChildren(size_t index);
+    void addMissingChildren();
     void checkCycles();
+    size_t containerOf(size_t index) const;
     void checkTrees();
-    void checkContainer(size_t index, const std::vector<size_t>& named_by);
+    void checkTree(const std::vector<size_t>& tree);
+    void checkContainerFields(size_t index, const std::vector<size_t>& named_by);
+    void checkContainerList(size_t index, const std::vector<size_t>& named_by);
+    bool takeParts(size_t index, Parts& parts);
     void checkParts(size_t index);
     void copyReferences();
 
