@@ -2,11 +2,11 @@
 /// the master, the tree with its containers, and sub-groups. kz_group.h tells what a group is and
 /// what holds for all functions here.
 ///
-/// The keepers of a drawing's order, true after each call that succeeds: a group that is no
-/// container has a master, which is its first entity; master and group object bear the same
-/// references; a parent names its child as the child names its parent; and each group of a tree of
-/// two groups or more names the container, which holds the entities of all of them. A call that
-/// fails keeps what it had already written.
+/// After each call that succeeds this holds: a group that is no container has a master, which is
+/// its first entity; master and group object bear the same references; a parent names its child as
+/// the child names its parent; each group of a tree of two or more names the container, which holds
+/// the entities of all of them; and the lists of sub-groups hold what bears their names. A call
+/// that fails keeps what it had already written.
 #ifndef KZ_GROUP_EDIT_H
 #define KZ_GROUP_EDIT_H
 
@@ -45,8 +45,8 @@ KZ_EXPORT kz_GroupId* kz_Group_end(kz_CADSelSetMarker* mark, const kz_Char* type
 // --- deletion -----------------------------------------------------------------------------------
 //
 // 1 when all is done; -1 when there is no such group or it is still there, -2 when the master that
-// was to go is still there, -3 when members that were to go are. An id of a group is freed unless
-// it was invalid, which adds group error 1; one that is no object any more leads nowhere.
+// was to go is still there, -3 when members that were to go are, or there were none. The id is
+// freed, unless it leads to no object: that adds group error 1, and the id stays the caller's.
 
 /// Erases the group object and, if they are asked for, the entities; the others keep their fields.
 /// The group leaves its tree: its children move up to its parent, or become roots. A group object

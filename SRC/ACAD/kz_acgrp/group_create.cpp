@@ -93,33 +93,53 @@ kz::Opened<AcDbGroup> enterGroup(kz_Char* name, const kz_Char* type) {
 
 // --- entities -----------------------------------------------------------------------------------
 
-/// Appends an entity to the open group and gives it its fields in the place of those that it has
-/// from elsewhere.
-bool append(AcDbGroup& group, const kz_CADObjId* object, kz_FldList* fields) {
+/// The extended data of an entity that enters a group: these fields, and no mark of a sub-group
+/// that it was in elsewhere. Made once for all members, so that each is opened but once.
+kz::OwnedChain entityData(kz_FldList* fields) {
+    constexpr int kAppName = 1001;
+    acdbRegApp(kz::kGroupApp);
+    acdbRegApp(kz::kSubGroupApp);
+    kz::OwnedChain chain(acutBuildList(kAppName, kz::kGroupApp, 0));
+    resbuf* const no_marks = acutBuildList(kAppName, kz::kSubGroupApp, 0);
+    if (no_marks == nullptr || kz_XData_fromFldList(chain.get(), fields, 1) != 1) {
+        acutRelRb(no_marks);
+        return nullptr;
+    }
+    resbuf* last = chain.get();
+    while (last->rbnext != nullptr)
+        last = last->rbnext;
+    last->rbnext = no_marks;
+    return chain;
+}
+
+/// Appends an entity to the open group and gives it its data.
+bool append(AcDbGroup& group, const kz_CADObjId* object, const resbuf* data) {
     AcDbObjectId entity;
-    kz_XData_objDeleteFldList(object, kz::kSubGroupApp);
-    kz_XData_objInitFldList(object, fields, kz::kGroupApp);
     const Acad::ErrorStatus known = acdbGetObjectId(entity, object->ename);
     KZ_ASSERTION(known == Acad::eOk);
-    return known == Acad::eOk && group.append(entity) == Acad::eOk;
+    if (known != Acad::eOk || group.append(entity) != Acad::eOk) return false;
+    const kz::Opened<AcDbObject> opened(object->ename, AcDb::kForWrite, false);
+    return opened && data != nullptr && opened->setXData(data) == Acad::eOk;
 }
 
 bool appendMaster(AcDbGroup& group, const kz_CADObjId* master) {
     const kz::OwnedFldList fields(kz_FldList_create(nullptr, 0, nullptr, 0));
     kz_FldList_addCharVal(fields.get(), kz::kRoleField, kz::kMasterRole);
-    return append(group, master, fields.get());
+    return append(group, master, entityData(fields.get()).get());
 }
 
 /// Appends the members. `handles` gets those of the sub-group. False at the first that can't be
 /// taken in.
 bool appendMembers(AcDbGroup& group, const Parts& parts, kz_LnkList* handles) {
-    const kz::OwnedFldList fields = kz::memberFields(parts.handle);
     const int length = kz_CADSelSet_length(parts.set);
+    if (length == 0) return true;
+    const kz::OwnedFldList fields = kz::memberFields(parts.handle);
+    const kz::OwnedChain data = entityData(fields.get());
     for (int i = 0; i < length; ++i) {
         if (i == parts.master_index) continue;
         const kz::OwnedObject member(kz_CADSelSet_getNth(parts.set, i));
         if (member == nullptr) return false;
-        if (!append(group, member.get(), fields.get())) return false;
+        if (!append(group, member.get(), data.get())) return false;
         if (parts.sub_group == nullptr) continue;
         kz_SubGroup_addEnameToHandleList(handles, member->ename);
         kz_Group_setSubGroupRef(member->ename, parts.sub_group);
