@@ -82,25 +82,16 @@ void tell(const GroupScan& scan, const Place& place) {
     host::write(host::Channel::Lisp, kz::toUtf16(text.str() + "\n"));
 }
 
-void add(Json& json, const GroupScan& scan, const Place& place) {
-    const ScannedGroup& group = scan.groups[place.group];
-    const auto text = [&json](const char* key, const std::u16string& value) {
-        json.key(key);
-        if (value.empty()) {
-            json.plain("null");
-        } else {
-            json.string(kz::toUtf8(value));
-        }
-    };
-    json.open('{');
-    text("name", group.key);
-    text("type", group.type);
-    text("handle", group.handle);
-    text("master", group.master);
-    text("parent", group.references.parent);
-    text("container", group.references.container);
-    json.key("depth");
-    json.plain(std::to_string(place.depth));
+void addText(Json& json, const char* key, const std::u16string& value) {
+    json.key(key);
+    if (value.empty()) {
+        json.plain("null");
+    } else {
+        json.string(kz::toUtf8(value));
+    }
+}
+
+void addEntities(Json& json, const GroupScan& scan, const ScannedGroup& group) {
     json.key("entities");
     json.open('[');
     for (const size_t entity : group.entities)
@@ -113,6 +104,20 @@ void add(Json& json, const GroupScan& scan, const Place& place) {
         json.plain(std::to_string(size));
     }
     json.close('}');
+}
+
+void add(Json& json, const GroupScan& scan, const Place& place) {
+    const ScannedGroup& group = scan.groups[place.group];
+    json.open('{');
+    addText(json, "name", group.key);
+    addText(json, "type", group.type);
+    addText(json, "handle", group.handle);
+    addText(json, "master", group.master);
+    addText(json, "parent", group.references.parent);
+    addText(json, "container", group.references.container);
+    json.key("depth");
+    json.plain(std::to_string(place.depth));
+    addEntities(json, scan, group);
     json.close('}');
 }
 
