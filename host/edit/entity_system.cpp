@@ -217,7 +217,7 @@ std::vector<AcGeMatrix3d> insertionWays(Database& database, Slot insert) {
 }
 
 std::vector<Slot> drawnVertices(Database& database, Slot polyline) {
-    enum Flags : int64_t { kSplined = 4, kMesh = 16 };
+    constexpr int64_t kSplined = 4;
     constexpr int64_t kControlPoint = 16;
     std::vector<Slot> vertices = subEntities(database, polyline, "VERTEX");
     const int64_t flags = integerOf(database.tags(polyline), 70, 0);
