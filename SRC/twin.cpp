@@ -19,7 +19,7 @@ TwinCall::TwinCall(const TwinFamily& family, const kz_Char* name, const char* us
     traceCall(family, kTraceEntry, KZ_T("Entering %s"), name);
     acedRetNil();
     cursor_ = acedGetArgs();
-    kz_Rb_printListDiag(cursor_, kTraceEntry, kTraceData);
+    if (family.mask != 0) kz_Rb_printListDiag(cursor_, kTraceEntry, kTraceData);
 }
 
 TwinCall::~TwinCall() {

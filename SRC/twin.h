@@ -23,7 +23,7 @@ struct LispValue {
 /// What a family of twins has in common.
 struct TwinFamily {
     const char* source;  ///< module path of its trace statements
-    int32_t mask;        ///< bit of its trace statements
+    int32_t mask;        ///< bit of its trace statements; 0: neither entry nor exit is traced
 };
 
 class TwinCall {

@@ -9,6 +9,7 @@
 #include "acad/ads.h"
 #include "acad/db.h"
 #include "canvas.h"
+#include "group_scan.h"
 #include "host/output.h"
 #include "kz_tls21an/text.h"
 #include "options.h"
@@ -26,6 +27,7 @@ struct PlotOptions {
     bool paper = false;
     bool dark = false;
     bool handles = false;
+    bool groups = false;
 };
 
 /// Makes a list of handles of what stands for entities: a set, a name, or a list of these.
@@ -178,6 +180,41 @@ void tell(const PlotOptions& options, const host::PlotReport& report) {
     host::write(host::Channel::Lisp, kz::toUtf16(text.str()));
 }
 
+/// A colour for each of any number of things: hues a golden angle apart, of which no few in a row
+/// are alike, and after each turn another darkness.
+host::PlotColor colorNumber(size_t number) {
+    constexpr double kGoldenAngle = 137.50776405;
+    constexpr double kTones[] = {0.85, 0.6, 0.72};
+    const double tone = kTones[number / 8 % 3];
+    const double hue = std::fmod(static_cast<double>(number) * kGoldenAngle, 360.0) / 60.0;
+    const auto part = [&](double shift) {
+        const double at = std::fmod(shift + hue, 6.0);
+        const double falling = std::min({at, 4.0 - at, 1.0});
+        return static_cast<uint8_t>(255.0 * tone * (1.0 - 0.85 * std::max(0.0, falling)));
+    };
+    return {part(5.0), part(3.0), part(1.0)};
+}
+
+/// Gives the entities of each tree of groups a colour of its own. The trees are counted in the
+/// order of the drawing, so that colours stay from run to run.
+void colorGroups(host::PlotRequest& request) {
+    const GroupScan scan = scanGroups();
+    const std::vector<size_t> roots = scan.roots();
+    std::map<size_t, host::PlotColor> colors;
+    for (size_t i = 0; i < roots.size(); ++i) {
+        if (roots[i] == i) colors.emplace(i, colorNumber(colors.size()));
+    }
+    for (size_t i = 0; i < roots.size(); ++i) {
+        if (roots[i] == kNobody) continue;
+        for (const size_t entity : scan.groups[i].entities) {
+            const std::string handle = kz::toUtf8(scan.entities[entity].handle);
+            request.colored.emplace(std::strtoull(handle.c_str(), nullptr, 16), colors[roots[i]]);
+        }
+    }
+    // Where there are no groups all is grey, too: 0 is nobody's handle.
+    request.colored.emplace(0, host::PlotColor{});
+}
+
 Status draw(const PlotOptions& options, host::PlotRequest& request, Canvas::Format format,
             double dots) {
     if (!options.highlight.empty()) {
@@ -185,6 +222,7 @@ Status draw(const PlotOptions& options, host::PlotRequest& request, Canvas::Form
         const Status status = findStressed(options.highlight, request.stressed);
         if (status != kDone) return status;
     }
+    if (options.groups) colorGroups(request);
     const host::PlotColor background =
         options.dark ? host::PlotColor{} : host::PlotColor{255, 255, 255};
     Canvas canvas(format, request.page_width, request.page_height, dots, background);
@@ -233,6 +271,7 @@ Run definePlot(Options& line) {
     line.flag("--dark", options->dark, "On black, as on a screen");
     line.value("--highlight", options->highlight, "WHAT",
                "Let a group, handles (1F,2A) or the entities of an expression stand out");
+    line.flag("--groups", options->groups, "Each tree of groups in a colour of its own");
     line.flag("--handles", options->handles, "Show the handle beside each entity");
     return [options] { return plot(*options); };
 }

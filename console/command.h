@@ -12,7 +12,7 @@ class Options;
 /// Exit status of the program.
 enum Status : int {
     kDone = 0,
-    kLispError = 1,
+    kLispError = 1,  ///< or something wrong in a drawing
     kWrongUsage = 2,
     kFileError = 3  ///< a file that can't be read or written
 };
@@ -25,6 +25,9 @@ Run defineConsole(Options& options);
 Run defineEval(Options& options);
 Run defineRun(Options& options);
 Run definePlot(Options& options);
+Run defineGroups(Options& options);
+Run defineFields(Options& options);
+Run defineCheck(Options& options);
 
 /// A row of the table of commands.
 struct Command {

@@ -10,7 +10,8 @@ const char kConsole[] =
     "expressions are read from it, and the first error ends the program. In the console, qsave\n"
     "and saveas FILE save the drawing, quit leaves.\n";
 const char kStatus[] =
-    "Exit status: 0 done, 1 a Lisp error, 2 wrong usage, 3 a file that can't be read or written.";
+    "Exit status: 0 done, 1 a Lisp error or findings, 2 wrong usage, 3 a file that can't be read "
+    "or written.";
 
 }  // namespace
 
@@ -27,6 +28,9 @@ int main(int argc, char** argv) {
              console::defineEval},
             {"run", "Load Lisp scripts on a drawing", console::defineRun},
             {"plot", "Draw a picture of a drawing", console::definePlot},
+            {"groups", "List the groups of a drawing", console::defineGroups},
+            {"fields", "List the fields that applications keep on entities", console::defineFields},
+            {"check", "Check the groups of a drawing, and repair them", console::defineCheck},
         }};
     return console::parseAndRun(argc, argv, program);
 }

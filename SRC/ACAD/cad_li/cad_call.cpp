@@ -9,20 +9,23 @@
 namespace kz {
 namespace {
 
-constexpr const char* kTraceSource = "SRC/ACAD/cad_li";
-constexpr TwinFamily kFamily = {kTraceSource, kTraceCad};
+constexpr TwinFamily kFamily = {"SRC/ACAD/cad_li", kTraceCad};
 /// General error "Invalid or missing parameter(s)".
 constexpr int kInvalidParameters = 12;
 
 }  // namespace
 
-CadCall::CadCall(const kz_Char* name, const kz_Char* refusal)
-    : TwinCall(kFamily, name, nullptr), refusal_(refusal) {}
+CadCall::CadCall(const kz_Char* name, const kz_Char* refusal) : CadCall(kFamily, name, refusal) {}
+
+CadCall::CadCall(const TwinFamily& family, const kz_Char* name, const kz_Char* refusal)
+    : TwinCall(family, name, nullptr), source_(family.source), refusal_(refusal) {}
 
 CadCall::~CadCall() {
     if (readAll() || refusal_ == nullptr) return;
     kz_Error_submit(kz_ErrorGroupGeneral, kInvalidParameters, nullptr, nullptr);
-    KZ_TRACEF(kTraceExit, kTraceCad, KZ_T("%s%s"), name(), refusal_);
+    if (traceSpeaks(kTraceExit, kTraceCad)) {
+        traceFormatted(source_, __LINE__, KZ_T("%s%s"), name(), refusal_);
+    }
 }
 
 const int64_t* CadCall::drawingName() {

@@ -43,9 +43,14 @@ class CadCall : public TwinCall {
     /// An entity name; the result stays nil for the name of two zero words.
     void answerName(const ads_name name);
 
+  protected:
+    /// For twins of another family.
+    CadCall(const TwinFamily& family, const kz_Char* name, const kz_Char* refusal);
+
   private:
     kz_CADDwgId* readDrawing(bool nil_allowed);
 
+    const char* source_;
     const kz_Char* refusal_;
     ads_name drawing_ = {};
     kz_CADObjId object_ = {};

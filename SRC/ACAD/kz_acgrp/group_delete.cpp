@@ -158,12 +158,15 @@ class TreeDeletion {
 
 }  // namespace
 
+int kz::deleteTree(OwnedGroup& id, const kz_Char* type, bool master, bool members) {
+    if (kz_Group_isNull(id.get()) == 1) return kGroupStays;
+    return TreeDeletion(type, master, members).run(id);
+}
+
 int kz_AcGroup_deleteAll(kz_GroupId* id, const kz_Char* type, int deleteMaster, int deleteMembers) {
     const kz::GroupTrace trace(KZ_T("kz_AcGroup_deleteAll"));
-    if (kz_Group_isNull(id) == 1) return kGroupStays;
     kz::OwnedGroup top(id);
-    TreeDeletion deletion(type, deleteMaster != 0, deleteMembers != 0);
-    const int result = deletion.run(top);
+    const int result = kz::deleteTree(top, type, deleteMaster != 0, deleteMembers != 0);
     top.release();  // one of another type stays the caller's
     return result;
 }

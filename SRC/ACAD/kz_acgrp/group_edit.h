@@ -39,6 +39,8 @@ int leaveTree(const kz_GroupId* id, bool from_parent);
 /// kz_Group_delete for an id that stays the caller's when it is invalid; `from_parent`
 /// as above.
 int deleteGroup(OwnedGroup& id, bool master, bool members, bool from_parent);
+/// kz_Group_deleteAll; the id of a group that stays is the caller's.
+int deleteTree(OwnedGroup& id, const kz_Char* type, bool master, bool members);
 
 }  // namespace kz
 

@@ -105,8 +105,8 @@ TEST_P(FaultSuites, leave_nothing_behind) {
         host::evalLisp(kz::toUtf16(form));
     }
     // The suites about drawings call the platform all the time, those about the language never.
-    const std::vector<std::string> callers = {"xdata",       "drawing",    "objid",    "dwgdata",
-                                              "environment", "properties", "selection"};
+    const std::vector<std::string> callers = {"xdata",       "drawing",    "objid",     "dwgdata",
+                                              "environment", "properties", "selection", "groups"};
     if (std::find(callers.begin(), callers.end(), GetParam()) != callers.end()) {
         EXPECT_GT(failures, 100);
     }
