@@ -25,6 +25,9 @@ struct Fault {
 
 Fault armed;
 
+/// How often each function was called; counted while nothing is to fail.
+std::array<int, kNames.size()> counts{};
+
 struct VariableFault {
     std::string name;
     int status = 0;
@@ -37,6 +40,7 @@ VariableFault failing_variable;
 bool faults_armed = false;
 
 bool countCall(Call call, int& status) {
+    ++counts[static_cast<size_t>(call)];
     if (static_cast<size_t>(call) != armed.call) return false;
     if (++armed.calls != armed.nth) return false;
     armed.fired = true;
@@ -54,6 +58,20 @@ namespace testing {
 
 std::vector<std::string_view> platformCalls() {
     return {kNames.begin(), kNames.end()};
+}
+
+void countCalls() {
+    armed = {};
+    counts = {};
+    faults_armed = true;
+}
+
+std::vector<CallCount> countedCalls() {
+    std::vector<CallCount> called;
+    for (size_t i = 0; i < kNames.size(); ++i) {
+        if (counts[i] > 0) called.push_back({kNames[i], counts[i]});
+    }
+    return called;
 }
 
 bool failCall(std::string_view function, int nth, int status) {

@@ -73,8 +73,9 @@ int kz_AcGroup_delete(kz_GroupId* id, int deleteMaster, int deleteMembers) {
 }
 
 int kz_Group_deleteByName(const kz_Char* name, int deleteMaster, int deleteMembers) {
-    kz_GroupId* id = kz_Group_getId(name);
-    return id != nullptr ? kz_Group_delete(id, deleteMaster, deleteMembers) : kGroupStays;
+    kz::OwnedGroup id(kz_Group_getId(name));
+    return id != nullptr ? kz::deleteGroup(id, deleteMaster != 0, deleteMembers != 0, true)
+                         : kGroupStays;
 }
 
 // --- a tree -------------------------------------------------------------------------------------
@@ -215,7 +216,7 @@ int kz_AcGroup_purge(void) {
     while (group != nullptr) {
         bool gone = false;
         if (erased != 0) {
-            const int deleted = kz_Group_delete(group.release(), 0, 0);
+            const int deleted = kz::deleteGroup(group, false, false, true);
             if (deleted != 1) result = deleted;
             gone = deleted != kGroupStays;
         }

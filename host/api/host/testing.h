@@ -12,6 +12,15 @@ namespace host::testing {
 
 /// Names of the platform calls that can be made to fail.
 HOST_API std::vector<std::string_view> platformCalls();
+/// A platform call and how often it was made.
+struct CallCount {
+    std::string_view name;
+    int calls = 0;
+};
+/// Counts the platform calls that could be made to fail from now on, until `clearFault`.
+HOST_API void countCalls();
+/// Those that were made since then.
+HOST_API std::vector<CallCount> countedCalls();
 /// From now on the `nth` call (from 1) of `function` fails; all others work. A function that
 /// answers with a status gives `status`, one that gives a pointer NULL. @return false for an
 /// unknown name
