@@ -46,8 +46,9 @@ Page::Page(const AcDbExtents& shown, const PlotRequest& request) {
     turn.entry[0][3] = page_x;
     turn.entry[1][3] = page_y;
     to_page_ = turn * move;
-    const double half_x = request.has_window ? width * scale_ / 2 : room_x / 2;
-    const double half_y = request.has_window ? height * scale_ / 2 : room_y / 2;
+    // The margin around all that is drawn takes the half of each line that reaches out.
+    const double half_x = request.has_window ? width * scale_ / 2 : page_x;
+    const double half_y = request.has_window ? height * scale_ / 2 : page_y;
     least_x_ = page_x - half_x;
     greatest_x_ = page_x + half_x;
     least_y_ = page_y - half_y;
@@ -63,8 +64,9 @@ PlotPath Page::frame() const {
 }
 
 bool Page::sees(const AcDbExtents& box) const {
-    return box.minPoint().x <= greatest_x_ && box.maxPoint().x >= least_x_ &&
-           box.minPoint().y <= greatest_y_ && box.maxPoint().y >= least_y_;
+    constexpr double kNoise = 1e-6;
+    return box.minPoint().x <= greatest_x_ + kNoise && box.maxPoint().x >= least_x_ - kNoise &&
+           box.minPoint().y <= greatest_y_ + kNoise && box.maxPoint().y >= least_y_ - kNoise;
 }
 
 bool cutLine(PlotPoint& from, PlotPoint& to, const PlotPoint& least, const PlotPoint& greatest) {

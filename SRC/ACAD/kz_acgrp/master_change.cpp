@@ -16,6 +16,10 @@ int moveGroupFields(const kz_CADObjId* to, const kz_CADObjId* from) {
     kz_Char handle[kz::kHandleSize];
     const kz::OwnedFldList fields(kz_XData_getFldList(from->ename, nullptr, kz::kGroupApp));
     if (fields == nullptr || kz_Group_getHandleFromEname(handle, to->ename) != 1) return 0;
+    // A master that was a member once names itself.
+    if (kz_FldList_find(fields.get(), kz::kMasterField) != nullptr) {
+        kz_FldList_modHandle(fields.get(), kz::kMasterField, handle);
+    }
     if (kz_XData_objModFldList(to, fields.get(), kz::kGroupApp) != 1) return 0;
     const kz::OwnedFldList role = kz::memberFields(handle);
     if (kz_XData_objModFldList(from, role.get(), kz::kGroupApp) != 1) return 0;
