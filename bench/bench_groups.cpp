@@ -3,6 +3,8 @@
 /// whether the time for one operation stays the same.
 #include <benchmark/benchmark.h>
 
+#include <chrono>
+#include <cstdio>
 #include <string>
 #include <vector>
 
@@ -150,7 +152,71 @@ void flatTree(benchmark::State& state) {
     host::closeDrawing();
 }
 
-BENCHMARK(createGroups)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
+void makeGroups(int64_t groups) {
+    const std::vector<kz_CADObjId> lines = makeDrawing(groups * static_cast<int64_t>(kSmallGroup));
+    for (size_t i = 0; i < static_cast<size_t>(groups); ++i)
+        kz_Group_destroyId(makeGroup(lines, i * kSmallGroup, kSmallGroup));
+}
+
+/// The walk over all groups with the members of each. @return how many members there were
+int64_t fetchAll() {
+    int64_t members = 0;
+    int erased = 0;
+    kz_Group_beginGetNext(nullptr);
+    while (kz_GroupId* id = kz_Group_getNext(&erased, nullptr, 0)) {
+        kz_CADObjIdList* list = kz_Group_getMemberList(id, nullptr, nullptr, 1, 1);
+        members += kz_CADObjIdList_length(list);
+        kz_CADObjIdList_destroy(list);
+        kz_Group_destroyId(id);
+    }
+    kz_Group_endGetNext();
+    return members;
+}
+
+void fetchMembers(benchmark::State& state) {
+    makeGroups(state.range(0));
+    int64_t members = 0;
+    for (auto _ : state)
+        members += fetchAll();
+    if (members != state.iterations() * state.range(0) * static_cast<int64_t>(kSmallGroup)) {
+        state.SkipWithError("members are missing");
+    }
+    state.SetItemsProcessed(members);
+    host::closeDrawing();
+}
+
+/// A drawing of groups of ten, on disk: opened, walked, saved.
+void openWalkSave(benchmark::State& state) {
+    const std::string path = KZ_BUILD_DIR "/bench_groups.dxf";
+    std::string error;
+    makeGroups(state.range(0));
+    if (!host::saveDrawing(path, error)) return state.SkipWithError(error.c_str());
+    double seconds[3] = {};
+    for (auto _ : state) {
+        const auto start = std::chrono::steady_clock::now();
+        if (!host::openDrawing(path, error)) return state.SkipWithError(error.c_str());
+        const auto opened = std::chrono::steady_clock::now();
+        if (fetchAll() != state.range(0) * static_cast<int64_t>(kSmallGroup)) {
+            state.SkipWithError("members are missing");
+        }
+        const auto walked = std::chrono::steady_clock::now();
+        if (!host::saveDrawing(path, error)) return state.SkipWithError(error.c_str());
+        const auto saved = std::chrono::steady_clock::now();
+        seconds[0] += std::chrono::duration<double>(opened - start).count();
+        seconds[1] += std::chrono::duration<double>(walked - opened).count();
+        seconds[2] += std::chrono::duration<double>(saved - walked).count();
+    }
+    const auto each = benchmark::Counter::kAvgIterations;
+    state.counters["open_ms"] = benchmark::Counter(seconds[0] * 1000, each);
+    state.counters["walk_ms"] = benchmark::Counter(seconds[1] * 1000, each);
+    state.counters["save_ms"] = benchmark::Counter(seconds[2] * 1000, each);
+    host::closeDrawing();
+    std::remove(path.c_str());
+}
+
+BENCHMARK(createGroups)->Arg(1000)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK(fetchMembers)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
+BENCHMARK(openWalkSave)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
 BENCHMARK(removeAndAdd)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
 BENCHMARK(changeMaster)->Arg(10000)->Arg(100000)->Unit(benchmark::kMillisecond);
 BENCHMARK(growMoveFell)->Arg(100)->Arg(1000)->Unit(benchmark::kMillisecond);
