@@ -73,6 +73,7 @@ void addReactor(Tags& tags, uint64_t handle) {
     // What stands behind the place moves once for all three.
     std::array<Tag, 3> made = {Tag(102, std::u16string(kReactors)), Tag::handle(330, handle),
                                Tag(102, u"}")};
+    tags.reserve(tags.size() + made.size());  // entities of groups are many
     tags.insert(tags.begin() + static_cast<std::ptrdiff_t>(ownerPlace(tags)),
                 std::make_move_iterator(made.begin()), std::make_move_iterator(made.end()));
 }

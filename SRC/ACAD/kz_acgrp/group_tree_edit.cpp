@@ -36,6 +36,16 @@ int leaveParent(const kz_GroupId* child, const kz_GroupId* old_parent, int leave
     return leave_children != 0 ? kz::handOverChildren(child, old_parent) : 1;
 }
 
+/// A tree is kept by names, which count in one drawing only. The name of an erased group can still
+/// be read, and must not get into the tree.
+bool mayBeJoined(const kz_GroupId* child, const kz_GroupId* parent) {
+    AcDbObjectId below, above;
+    if (kz_Group_getAcDbObjectId(&below, child) != 1) return false;
+    if (kz_Group_getAcDbObjectId(&above, parent) != 1) return false;
+    if (!kz::inSameDrawing(above, below)) return false;
+    return kz_AcGroup_isErased(child, 0) == 0 && kz_AcGroup_isErased(parent, 0) == 0;
+}
+
 }  // namespace
 
 // --- children -----------------------------------------------------------------------------------
@@ -45,8 +55,7 @@ int kz_AcGroup_makeChild(const kz_GroupId* child, const kz_GroupId* parent, int 
     kz_Char name[kz::kNameSize] = {}, parent_name[kz::kNameSize] = {};
     kz_Char old_name[kz::kNameSize] = {};
     if (!areGiven(child, parent)) return 0;
-    // The name of an erased group can still be read, and must not get into the tree.
-    if (kz_AcGroup_isErased(child, 0) == 1 || kz_AcGroup_isErased(parent, 0) == 1) return 0;
+    if (!mayBeJoined(child, parent)) return 0;
     if (kz_Group_getName(name, child) != 1 || kz_Group_getName(parent_name, parent) != 1) return 0;
     KZ_TRACEF(kz::kTraceEntry, kz::kTraceGroups, KZ_T("Group names--> Child = %s  Parent = %s"),
               name, parent_name);
