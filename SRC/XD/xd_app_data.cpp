@@ -25,7 +25,8 @@ resbuf* lastOfApp(resbuf* head) {
 
 /// Appends a record; one that can't be appended is lost.
 void append(kz_AppDataList* list, OwnedAppData data) {
-    if (data != nullptr && kz_LnkList_insEnd(list, data.get()) != nullptr) data.release();
+    if (data != nullptr && kz_LnkList_insEnd(list, data.get()) != nullptr)
+        static_cast<void>(data.release());
 }
 
 /// Reads the application's nodes behind `head`, which nothing follows, into a record.
@@ -36,7 +37,7 @@ int readApp(kz_AppDataList* list, resbuf* head) {
     kz::OwnedFldList fields(read);
     if (status != 1) return status;
     OwnedAppData data(kz_AppData_create(head->resval.rstring, fields.get()));
-    if (data != nullptr) fields.release();
+    if (data != nullptr) static_cast<void>(fields.release());
     append(list, std::move(data));
     return status;
 }
@@ -68,7 +69,7 @@ kz_AppData* kz_AppData_dup(const kz_AppData* data) {
     kz::OwnedFldList fields(kz_FldList_copy(data->fields));
     if (fields == nullptr && data->fields != nullptr) return nullptr;
     kz_AppData* copy = kz_AppData_create(data->name, fields.get());
-    if (copy != nullptr) fields.release();
+    if (copy != nullptr) static_cast<void>(fields.release());
     return copy;
 }
 

@@ -117,7 +117,8 @@ kz_CADObjIdList* kz_Group_getMasters(kz_CADObjIdList* entities) {
         kz::OwnedObject master(kz_Group_getMasterFromMember(kz_CADObjIdList_getCurr(entities)));
         if (master == nullptr || !known.enter(master->ename)) continue;
         if (masters == nullptr) masters.reset(kz_CADObjIdList_create(nullptr));
-        if (kz_CADObjIdList_insEnd(masters.get(), master.get()) != nullptr) master.release();
+        if (kz_CADObjIdList_insEnd(masters.get(), master.get()) != nullptr)
+            static_cast<void>(master.release());
     }
     kz_CADObjIdList_start(masters.get());
     return masters.release();

@@ -68,7 +68,7 @@ int kz_AcGroup_delete(kz_GroupId* id, int deleteMaster, int deleteMembers) {
     const kz::GroupTrace trace(KZ_T("kz_AcGroup_delete"));
     kz::OwnedGroup owned(id);
     const int result = kz::deleteGroup(owned, deleteMaster != 0, deleteMembers != 0, true);
-    owned.release();  // an invalid one stays the caller's
+    static_cast<void>(owned.release());  // an invalid one stays the caller's
     return result;
 }
 
@@ -168,7 +168,7 @@ int kz_AcGroup_deleteAll(kz_GroupId* id, const kz_Char* type, int deleteMaster, 
     const kz::GroupTrace trace(KZ_T("kz_AcGroup_deleteAll"));
     kz::OwnedGroup top(id);
     const int result = kz::deleteTree(top, type, deleteMaster != 0, deleteMembers != 0);
-    top.release();  // one of another type stays the caller's
+    static_cast<void>(top.release());  // one of another type stays the caller's
     return result;
 }
 

@@ -22,7 +22,8 @@ void add(const Fetch& fetch, const AcDbObjectId& entity) {
     if (kz_Group_isAMemberOfSubGroup(object.get(), fetch.sub_group) != 1) return;
     if (fetch.set != nullptr) acedSSAdd(object->ename, fetch.set->name, fetch.set->name);
     if (fetch.list == nullptr) return;
-    if (kz_CADObjIdList_insEnd(fetch.list, object.get()) != nullptr) object.release();
+    if (kz_CADObjIdList_insEnd(fetch.list, object.get()) != nullptr)
+        static_cast<void>(object.release());
 }
 
 /// The entities of one group. @return 1; 0 when it can't be opened

@@ -96,6 +96,6 @@ int kz_SubGroup_addEnameToHandleList(kz_LnkList* handles, const ads_name name) {
     if (handles == nullptr || kz_Group_getHandleFromEname(handle, name) != 1) return 0;
     kz::OwnedText copy(kz_Str_dup(handle));
     if (copy == nullptr || kz_LnkList_insEnd(handles, copy.get()) == nullptr) return 0;
-    copy.release();
+    static_cast<void>(copy.release());
     return 1;
 }
