@@ -1,7 +1,7 @@
 /// Choosing objects by place and by property. What came out empty is no set.
-#include "chosen_set.h"
 #include "APP/services.h"
 #include "checks.h"
+#include "chosen_set.h"
 #include "guards.h"
 #include "kz/kz_cad_env.h"
 #include "kz/kz_point_cnv.h"
