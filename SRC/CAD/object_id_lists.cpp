@@ -3,6 +3,7 @@
 #include <cstdarg>
 
 #include "APP/services.h"
+#include "argument_lists.h"
 #include "checks.h"
 #include "kz/kz_objid.h"
 
@@ -29,19 +30,11 @@ kz_CADObjIdList* findInDrawing(const kz_Char* name, Find find) {
 }  // namespace
 
 kz_CADObjIdList* kz_CADObjIdList_create(kz_CADObjId* first, ...) {
-    kz_CADObjIdList* list = kz_LnkList_create();
-    bool whole = list != nullptr;
-    va_list ids;
-    va_start(ids, first);
-    for (kz_CADObjId* id = first; whole && id != nullptr; id = va_arg(ids, kz_CADObjId*))
-        whole = kz_LnkList_insEnd(list, id) != nullptr;
-    va_end(ids);
-    if (whole) {
-        kz_LnkList_start(list);
-        return list;
-    }
-    kz_LnkList_destroy(list, nullptr);
-    return nullptr;
+    va_list rest;
+    va_start(rest, first);
+    kz_CADObjIdList* list = kz::listOfArguments(first, rest);
+    va_end(rest);
+    return list;
 }
 
 int kz_CADObjIdList_destroy(kz_CADObjIdList* list) {

@@ -2,6 +2,7 @@
 #include <cstdarg>
 
 #include "ACAD/kz_acgrp/kz_acgrp.h"
+#include "argument_lists.h"
 
 namespace {
 
@@ -90,19 +91,11 @@ int kz_Group_isValid(const kz_GroupId* id) {
 // --- lists --------------------------------------------------------------------------------------
 
 kz_GroupIdList* kz_GroupIdList_create(kz_GroupId* first, ...) {
-    kz_GroupIdList* list = kz_LnkList_create();
-    bool whole = list != nullptr;
-    va_list ids;
-    va_start(ids, first);
-    for (kz_GroupId* id = first; whole && id != nullptr; id = va_arg(ids, kz_GroupId*))
-        whole = kz_LnkList_insEnd(list, id) != nullptr;
-    va_end(ids);
-    if (whole) {
-        kz_LnkList_start(list);
-        return list;
-    }
-    kz_LnkList_destroy(list, nullptr);
-    return nullptr;
+    va_list rest;
+    va_start(rest, first);
+    kz_GroupIdList* list = kz::listOfArguments(first, rest);
+    va_end(rest);
+    return list;
 }
 
 int kz_GroupIdList_destroy(kz_GroupIdList* list) {

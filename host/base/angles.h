@@ -8,13 +8,15 @@
 
 namespace host {
 
+inline constexpr double kDegree = std::numbers::pi / 180.0;  ///< [radians]
+
 /// Groups of entities and tables that hold an angle.
 constexpr bool isAngleCode(int code) {
     return code >= 50 && code <= 58;
 }
 
 constexpr double toRadians(double degrees) {
-    return degrees * std::numbers::pi / 180.0;
+    return degrees * kDegree;
 }
 
 /// 30 degrees that became radians come back as 30.

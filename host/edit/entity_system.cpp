@@ -2,15 +2,14 @@
 #include "edit/entity_system.h"
 
 #include <algorithm>
-#include <numbers>
 
+#include "base/angles.h"
 #include "edit/tag_values.h"
 #include "edit/ucs.h"
 
 namespace host {
 namespace {
 
-constexpr double kDegree = std::numbers::pi / 180.0;
 constexpr int64_t k3dPolyline = 8, kMesh = 16, kFaces = 64;
 
 /// Types whose points are in the system of their extrusion direction.

@@ -7,13 +7,13 @@
 #include <functional>
 #include <numbers>
 
+#include "base/angles.h"
 #include "edit/entity_system.h"
 #include "edit/tag_values.h"
 
 namespace host {
 namespace {
 
-constexpr double kDegree = std::numbers::pi / 180.0;
 constexpr double kTurn = 2 * std::numbers::pi;
 constexpr CurveRole kDrawn = CurveRole::Drawn;
 

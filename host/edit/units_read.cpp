@@ -2,6 +2,7 @@
 #include <cmath>
 #include <numbers>
 
+#include "base/angles.h"
 #include "edit/units.h"
 #include "kz_tls21an/text.h"
 
@@ -147,8 +148,6 @@ std::optional<double> readMagnitude(View text) {
     inches.take(u'"');
     return inches.atEnd() ? value : std::nullopt;
 }
-
-constexpr double kDegree = std::numbers::pi / 180.0;
 
 /// Minutes and seconds behind the degrees' mark, in degrees. Nothing for what is none.
 std::optional<double> minutesAndSeconds(Parts& parts) {

@@ -1,15 +1,13 @@
 /// Views as they are kept, and the display coordinate system.
 #include "edit/view.h"
 
-#include <numbers>
-
+#include "base/angles.h"
 #include "edit/drawing_state.h"
 #include "edit/tag_values.h"
 
 namespace host {
 namespace {
 
-constexpr double kDegree = std::numbers::pi / 180.0;
 constexpr std::u16string_view kActive = u"*Active";
 constexpr int kPaperItself = 1;
 

@@ -2,8 +2,8 @@
 #include "edit/zoom.h"
 
 #include <algorithm>
-#include <numbers>
 
+#include "base/angles.h"
 #include "edit/drawing_state.h"
 #include "edit/shapes.h"
 #include "edit/tag_values.h"
@@ -11,7 +11,6 @@
 namespace host {
 namespace {
 
-constexpr double kDegree = std::numbers::pi / 180.0;
 constexpr Refusal kNotFinite = u"A view needs numbers that are finite.";
 constexpr Refusal kNoHeight = u"A view needs a height above zero.";
 constexpr Refusal kNoSuchView = u"There is no view of this name.";

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <utility>
 
 namespace host {
 namespace {
@@ -100,6 +101,16 @@ bool Page::cut(PlotPoint& from, PlotPoint& to) const {
     const PlotPoint least = {least_x_ - kNear, least_y_ - kNear};
     const PlotPoint greatest = {greatest_x_ + kNear, greatest_y_ + kNear};
     return cutLine(from, to, least, greatest);
+}
+
+void Page::addBoundary(const Curve& curve, bool on, std::vector<PlotPoint>& points) const {
+    if (!curve.isLine() && add(curve, on, points)) return;
+    // The canvas can't go further.
+    constexpr double kFar = 1e6;
+    for (const AcGePoint3d& end : {curve.start(), curve.end()}) {
+        if (std::exchange(on, false)) continue;
+        points.push_back({std::clamp(end.x, -kFar, kFar), std::clamp(end.y, -kFar, kFar)});
+    }
 }
 
 bool Page::add(const Curve& curve, bool on, std::vector<PlotPoint>& points) const {

@@ -25,6 +25,9 @@ class Page {
     /// there already. Far-off ends of lines are cut.
     /// @return false for a curve outside
     bool add(const Curve& curve, bool on, std::vector<PlotPoint>& points) const;
+    /// The same for a part of a boundary, which is kept whole, and outside of the page as a
+    /// straight line: it bounds what lies inside.
+    void addBoundary(const Curve& curve, bool on, std::vector<PlotPoint>& points) const;
 
   private:
     bool cut(PlotPoint& from, PlotPoint& to) const;

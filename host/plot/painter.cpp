@@ -120,6 +120,25 @@ PlotPaths linesOf(const Family& family, const PlotPoint& least, const PlotPoint&
     return lines;
 }
 
+/// Segments as few paths as they make; those that lie outside of the page are missing, and the line
+/// is broken there.
+PlotPaths joined(const PlotPaths& segments) {
+    PlotPaths paths;
+    for (const PlotPath& segment : segments) {
+        if (segment.points.empty()) continue;
+        const bool on =
+            !paths.empty() && isNear(paths.back().points.back(), segment.points.front());
+        if (!on) paths.emplace_back();
+        std::vector<PlotPoint>& points = paths.back().points;
+        points.insert(points.end(), segment.points.begin() + (on ? 1 : 0), segment.points.end());
+    }
+    for (PlotPath& path : paths) {
+        path.closed = path.points.size() > 2 && isNear(path.points.front(), path.points.back());
+        if (path.closed) path.points.pop_back();
+    }
+    return paths;
+}
+
 /// The mean of the colours that a gradient goes through.
 PlotColor gradientColor(const Tags& tags, PlotColor otherwise) {
     constexpr int kColor = 421;
@@ -236,13 +255,11 @@ void Painter::curve(const Curve& curve, CurveRole role) {
     const bool on = !paths.empty() && !paths.back().points.empty() &&
                     isNear(paths.back().points.back(), start) && open.widths.empty();
     if (!on) paths.emplace_back();
-    const bool seen = page_.add(curve, on, paths.back().points);
-    // Areas keep what lies outside of the page: it bounds what lies inside.
-    if (!seen && open.kind != Kind::Lines && open.kind != Kind::Frame) {
-        if (!on) paths.back().points.push_back(start);
-        paths.back().points.push_back({curve.end().x, curve.end().y});
+    if (open.kind != Kind::Lines && open.kind != Kind::Frame) {
+        return page_.addBoundary(curve, on, paths.back().points);
     }
-    if (!seen && !on && paths.back().points.empty() && open.widths.empty()) paths.pop_back();
+    const bool seen = page_.add(curve, on, paths.back().points);
+    if (!seen && !on && open.widths.empty()) paths.pop_back();
 }
 
 void Painter::mark(MarkKind kind, const AcGePoint3d& point) {
@@ -339,8 +356,16 @@ std::vector<Painter::Segment> Painter::widthsOf(Slot entity) {
     return widths;
 }
 
+/// False for an area beside the page; what else lies there has not come so far.
+bool Painter::isOnPage(const Open& open) const {
+    if (open.kind == Kind::Lines || open.kind == Kind::Frame) return true;
+    PlotPoint least, greatest;
+    boundsOf(open.paths, least, greatest);
+    return page_.sees({{least.x, least.y, 0.0}, {greatest.x, greatest.y, 0.0}});
+}
+
 void Painter::flush(Open& open) {
-    if (open.hidden || open.paths.empty()) {
+    if (open.hidden || open.paths.empty() || !isOnPage(open)) {
         open.paths.clear();
         return;
     }
@@ -380,18 +405,11 @@ void Painter::paintWide(Open& open) {
         });
     PlotPen pen = penOf(open.style.own);
     if (even && fills_) {
-        PlotPath all;
-        for (const PlotPath& path : open.paths) {
-            const bool on = !all.points.empty() && !path.points.empty() &&
-                            isNear(all.points.back(), path.points.front());
-            all.points.insert(all.points.end(), path.points.begin() + (on ? 1 : 0),
-                              path.points.end());
-        }
-        all.closed = all.points.size() > 2 && isNear(all.points.front(), all.points.back());
-        if (all.closed) all.points.pop_back();
         pen.width = std::max(pen.width, first.from);
         pen.round = false;
-        return canvas_.stroke({all}, pen);
+        const PlotPaths paths = joined(open.paths);
+        if (!paths.empty()) canvas_.stroke(paths, pen);
+        return;
     }
     for (size_t i = 0; i < open.paths.size() && i < open.widths.size(); ++i) {
         const std::vector<PlotPoint>& points = open.paths[i].points;

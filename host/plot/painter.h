@@ -68,6 +68,7 @@ class Painter : public ShapeVisitor {
     std::vector<Segment> widthsOf(Slot entity);
     void restyle(Open& open) const;
     PlotPen penOf(const PlotStyle& style) const;
+    bool isOnPage(const Open& open) const;
     void flush(Open& open);
     void paintWide(Open& open);
     void paintHatch(Open& open);

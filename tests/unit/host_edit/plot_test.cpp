@@ -192,6 +192,19 @@ TEST_F(Plots, PolylinesKeepTheirWidthsAndAreasTheirHoles) {
               "stroke 0/0/0 0.25: 10,287 20,287\n"
               "fill 0/0/0: 10,289 20,287 20,287 10,285 close\n"
               "fill 255/0/0: 10,287 20,287 20,277 10,277 10,287");
+    request_.window[0] = request_.window[1] = 1000;
+    request_.window[2] = 1400, request_.window[3] = 1277;
+    make(
+        "(0 . \"LWPOLYLINE\") (100 . \"AcDbEntity\") (8 . \"0\") (100 . \"AcDbPolyline\") "
+        "(90 . 4) (70 . 0) (43 . 2.0) (10 1000.0 1000.0) (10 2000.0 1000.0) (10 2000.0 900.0) "
+        "(10 1000.0 1100.0)");
+    make(
+        "(0 . \"SOLID\") (8 . \"0\") (62 . 1) (10 -9000.0 -9000.0 0.0) "
+        "(11 9000.0 -9000.0 0.0) (12 -9000.0 9000.0 0.0) (13 9000.0 9000.0 0.0)");
+    EXPECT_EQ(plot(),
+              "stroke 0/0/0 2: 10,287 1010,287 | 1010,387 10,187\n"
+              "fill 255/0/0: -9990,10287 8010,10287 8010,-7713 -9990,-7713 -9990,10287")
+        << "a line is broken outside of the page, an area is not";
     eval("(setvar \"FILLMODE\" 0)");
     EXPECT_EQ(plot().find("fill"), std::string::npos);
 }
