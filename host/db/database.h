@@ -17,6 +17,7 @@
 
 #include "acad/db.h"
 #include "db/dictionary_data.h"
+#include "db/file_origin.h"
 #include "db/group_data.h"
 #include "db/handle_map.h"
 #include "db/tags.h"
@@ -348,6 +349,9 @@ class Database {
     InsertPoints& insertPoints() { return insert_points_; }
     const std::string& path() const { return path_; }
     void setPath(std::string path) { path_ = std::move(path); }
+    /// The file that the drawing was read from.
+    FileOrigin& origin() { return origin_; }
+    const FileOrigin& origin() const { return origin_; }
 
   private:
     friend class UndoJournal;
@@ -426,6 +430,7 @@ class Database {
     std::string_view image_view_;
     InsertPoints insert_points_;
     std::string path_;
+    FileOrigin origin_;
     UndoJournal undo_{*this};
 };
 
