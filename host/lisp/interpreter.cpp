@@ -127,10 +127,29 @@ Value Interpreter::evalText(std::u16string_view text, std::u16string_view file,
             throwFailure(std::move(failure));
         }
         nativeGaveNothing = false;
-        result = eval(datum);
+        result = evalWithin(datum);
         nativeGaveNothing = nativeGaveNothing && callsNative(datum);
         if (afterEach) afterEach(result);
     }
+}
+
+/// Value of a form; memory that does not suffice ends in an error as all others do, once what the
+/// form held has been given back.
+Value Interpreter::evalWithin(const Value& form) {
+    try {
+        return eval(form);
+    } catch (const OutOfSpace& reason) {
+        Failure failure = outOfSpace(reason);
+        failure.place = form.isCons() ? form.cons()->place : 0;
+        if (catching_ == 0 && !inHandler_) failure.handler = errorHandler();
+        throw failure;
+    }
+}
+
+Failure Interpreter::outOfSpace(const OutOfSpace& reason) {
+    Failure failure;
+    failure.message = kz::toUtf16(reason.what());
+    return failure;
 }
 
 Value Interpreter::evalCall(const Cons* form) {
