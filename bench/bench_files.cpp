@@ -119,6 +119,7 @@ void measure(const std::string& path) {
     });
     measured("save " + name + " untouched", copied,
              [&] { need(host::saveDrawing(target, error), error); });
+    ::unlink(target.c_str());
     measured("erase one entity", 0, [&] { acdbEntDel(last); });
     measured("save " + name + " with one change", copied,
              [&] { need(host::saveDrawing(target, error), error); });

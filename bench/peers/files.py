@@ -36,5 +36,7 @@ for drawing in sys.argv[2:]:
     own = loaded(text)
     rows = [(peer, loaded(printed("peer_" + peer, drawing))) for peer in ("dime", "dxflib")]
     for peer, took in rows + [("ezdxf", ezdxf_load(drawing))]:
-        result = "not there or refused" if took is None else f"{took:.0f} ms, {took / own:.1f} times the host's"
+        result = "not there or refused"
+        if took is not None:
+            result = f"{took:.0f} ms, {took / own:.1f} times the host's"
         print(f"{peer}: load {pathlib.Path(drawing).name}: {result}")
