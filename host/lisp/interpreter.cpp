@@ -2,6 +2,8 @@
 #include "lisp/interpreter.h"
 
 #include <pthread.h>
+#include <sys/resource.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <new>
@@ -21,7 +23,9 @@ constexpr size_t kCulpritLimit = 1000;
 /// What the evaluator leaves of the machine's stack: room for native functions, for undoing the
 /// calls, and for an *error* function, which gets half of it.
 constexpr size_t kStackReserve = size_t{512} * 1024;
-constexpr size_t kStackWithoutLimit = size_t{64} * 1024 * 1024;
+/// What the evaluator uses of the machine's stack at most. The system keeps more than this free
+/// below the stack of the main thread, whatever limit the program was started with.
+constexpr size_t kLargestStack = size_t{64} * 1024 * 1024;
 
 constexpr std::span<const Builtin> (*kFamilies[])() = {
     controlBuiltins,  functionBuiltins,   symbolBuiltins,   numberBuiltins,
@@ -31,6 +35,14 @@ constexpr std::span<const Builtin> (*kFamilies[])() = {
 
 bool isFunction(const Value& value) {
     return value.is(Kind::UserFunction) || value.is(Kind::Subr) || value.is(Kind::External);
+}
+
+/// Lets the main thread's stack grow as far as the evaluator uses it, so that deep recursion works.
+void raiseStackLimit() {
+    rlimit limit{};
+    if (::getrlimit(RLIMIT_STACK, &limit) != 0 || limit.rlim_cur >= kLargestStack) return;
+    limit.rlim_cur = std::min<rlim_t>(limit.rlim_max, kLargestStack);
+    ::setrlimit(RLIMIT_STACK, &limit);
 }
 
 /// True for a form that calls a native function itself.
@@ -360,6 +372,7 @@ void Interpreter::beginTopLevel() {
 }
 
 void Interpreter::measureStack() {
+    if (::getpid() == ::gettid()) raiseStackLimit();
     pthread_attr_t attributes;
     void* lowest = nullptr;
     size_t size = 0;
@@ -367,7 +380,7 @@ void Interpreter::measureStack() {
     pthread_attr_getstack(&attributes, &lowest, &size);
     pthread_attr_destroy(&attributes);
     const char* const highest = static_cast<char*>(lowest) + size;
-    stackLimit_ = highest - std::min(size, kStackWithoutLimit) + kStackReserve;
+    stackLimit_ = highest - std::min(size, kLargestStack) + kStackReserve;
 }
 
 }  // namespace host::lisp
