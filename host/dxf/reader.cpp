@@ -35,11 +35,17 @@ bool isSubEntity(std::string_view type) {
     return type == "VERTEX" || type == "ATTRIB" || type == "SEQEND";
 }
 
+/// Size of the byte order mark that some programs put in front of UTF-8.
+size_t markSize(std::string_view image) {
+    return image.starts_with("\xEF\xBB\xBF") ? 3 : 0;
+}
+
 class Reader {
   public:
     explicit Reader(Database& database)
         : database_(database),
-          cursor_(database.image().data(), database.image().data() + database.image().size()) {}
+          cursor_(database.image().data() + markSize(database.image()),
+                  database.image().data() + database.image().size()) {}
 
     void read() {
         checkFileKind();
@@ -465,8 +471,8 @@ class Reader {
     std::vector<std::pair<Slot, uint64_t>> object_owners_;
 };
 
-std::unique_ptr<Database> readImage(BigBytes bytes, size_t size,
-                                    const std::string& name, std::string& error) {
+std::unique_ptr<Database> readImage(BigBytes bytes, size_t size, const std::string& name,
+                                    std::string& error) {
     auto database = std::make_unique<Database>();
     const char* begin = bytes.get();
     database->setImage(std::move(bytes), size);
