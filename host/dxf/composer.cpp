@@ -265,8 +265,10 @@ void compose(Database& database, Composition& out) {
     const char* at = image.data();
     for (Edit& edit : edits) {
         if (edit.begin > at) out.pieces.emplace_back(at, static_cast<size_t>(edit.begin - at));
+        const size_t size = edit.text.size();
+        edit.text.append(kImagePadding, '\0');
         out.made.push_back(std::move(edit.text));
-        out.pieces.emplace_back(out.made.back());
+        out.pieces.emplace_back(out.made.back().data(), size);
         at = std::max(at, edit.end);
     }
     const char* end = image.data() + image.size();

@@ -15,7 +15,8 @@ namespace host::dxf {
 /// The drawing as a row of pieces, each in the file image or in `made`.
 struct Composition {
     std::vector<std::string_view> pieces;
-    std::deque<std::string> made;  ///< texts that stay where they are when more come
+    /// Texts that stay where they are when more come, each with the padding of a file image.
+    std::deque<std::string> made;
 };
 
 /// Puts the drawing's text together. The pieces are valid as long as database and composition are.

@@ -2,19 +2,68 @@
 /// saved.
 #include "dxf/writer.h"
 
+#include <new>
+
 #include "dxf/composer.h"
 #include "dxf/save_file.h"
+#include "dxf/versions.h"
 
 namespace host::dxf {
+namespace {
 
-bool writeFile(Database& database, const std::string& path, std::string& error) {
-    Composition composition;
-    {
-        // The next handle goes into the header; nobody wants to undo that.
-        const UndoPause pause(database.undo());
-        compose(database, composition);
+/// Puts the file's contents together.
+void fill(Database& database, Composition& composition) {
+    // The next handle goes into the header; nobody wants to undo that.
+    const UndoPause pause(database.undo());
+    compose(database, composition);
+}
+
+bool write(Database& database, const std::string& path, const SaveOptions& options,
+           SaveOutcome& outcome) {
+    std::string version;
+    if (!options.version.empty()) {
+        version = targetVersion(options.version, outcome.error);
+        if (version.empty()) {
+            outcome.error = path + ": " + outcome.error;
+            return false;
+        }
     }
-    return replaceFile(path, composition.pieces, error);
+    Composition composition;
+    fill(database, composition);
+    FileOrigin& origin = database.origin();
+    const bool own = isOwnFile(database, path);
+    ReplaceOptions replace;
+    replace.backup = options.backup;
+    replace.force = options.force;
+    if (own) replace.expected = origin.stamp;
+    FileStamp written;
+    if (!replaceFile(path, composition.pieces, replace, written, outcome.error)) return false;
+    if (options.rename) database.setPath(path);
+    if (own || options.rename) origin.stamp = written;
+    return true;
+}
+
+}  // namespace
+
+bool isOwnFile(const Database& database, const std::string& path) {
+    if (database.path().empty()) return false;
+    if (resolvedPath(database.path()) == resolvedPath(path)) return true;
+    // Another name of the same file.
+    struct stat status {};
+    if (::stat(path.c_str(), &status) != 0) return false;
+    const FileStamp& stamp = database.origin().stamp;
+    return stamp.exists() && stamp.device == status.st_dev && stamp.inode == status.st_ino;
+}
+
+SaveOutcome writeFile(Database& database, const std::string& path, const SaveOptions& options) {
+    SaveOutcome outcome;
+    try {
+        outcome.saved = write(database, path, options, outcome);
+    } catch (const std::bad_alloc&) {
+        outcome.error = path + ": not enough memory to write the drawing";
+    }
+    if (outcome.saved) database.markSaved();
+    return outcome;
 }
 
 }  // namespace host::dxf

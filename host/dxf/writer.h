@@ -5,12 +5,15 @@
 #include <string>
 
 #include "db/database.h"
+#include "host/drawing.h"
 
 namespace host::dxf {
 
 /// Writes the drawing to `path` through a temporary file beside it that is synced and renamed.
-/// @return true; false with one sentence in `error`, the target is as it was and no file is left
-bool writeFile(Database& database, const std::string& path, std::string& error);
+SaveOutcome writeFile(Database& database, const std::string& path, const SaveOptions& options);
+
+/// True when the path leads to the file that the drawing was read from or last saved to.
+bool isOwnFile(const Database& database, const std::string& path);
 
 }  // namespace host::dxf
 
