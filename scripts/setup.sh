@@ -1,10 +1,12 @@
 #!/usr/bin/env bash
 # Installs what the build and the tests need on Debian 12 and is missing on this machine. Says what it
-# installs. Sourced or called by ./run and ./test; installs nothing when everything is there.
+# installs. Called by ./run and ./test; installs nothing when everything is there. With "bench", the programs
+# that the benchmarks are compared with too.
 set -euo pipefail
 
 packages=(g++ clang cmake ninja-build ccache python3 python3-ezdxf libgtest-dev libbenchmark-dev
           libcli11-dev libedit-dev libcairo2-dev libfontconfig-dev fonts-dejavu-core clang-format clang-tidy)
+[ "${1:-}" = bench ] && packages+=(guile-3.0 chicken-bin libdime-dev libdxflib-dev)
 
 missing=()
 for package in "${packages[@]}"; do

@@ -180,7 +180,7 @@ uint64_t Database::newHandle() {
     return handle_seed_++;
 }
 
-void Database::setImage(std::unique_ptr<char[]> bytes, size_t size) {
+void Database::setImage(BigBytes bytes, size_t size) {
     image_ = std::move(bytes);
     image_view_ = {image_.get(), size};
 }

@@ -16,6 +16,7 @@
 #include <vector>
 
 #include "acad/db.h"
+#include "base/big_memory.h"
 #include "db/dictionary_data.h"
 #include "db/file_origin.h"
 #include "db/group_data.h"
@@ -349,7 +350,7 @@ class Database {
 
     /// The file's bytes, without the padding; owned by the database as long as it lives.
     std::string_view image() const { return image_view_; }
-    void setImage(std::unique_ptr<char[]> bytes, size_t size);
+    void setImage(BigBytes bytes, size_t size);
     InsertPoints& insertPoints() { return insert_points_; }
     const std::string& path() const { return path_; }
     void setPath(std::string path) { path_ = std::move(path); }
@@ -401,7 +402,7 @@ class Database {
     uint16_t index_ = 0;
     uint16_t generation_ = 0;
 
-    std::vector<ObjectRecord> records_;
+    std::vector<ObjectRecord, BigAllocator<ObjectRecord>> records_;
     HandleMap handles_;
     uint64_t handle_seed_ = 1;
     std::deque<std::string> type_names_;  ///< callers keep references
@@ -430,7 +431,7 @@ class Database {
 
     dxf::TextCodec codec_;
     std::string version_;
-    std::unique_ptr<char[]> image_;
+    BigBytes image_;
     std::string_view image_view_;
     InsertPoints insert_points_;
     std::string path_;

@@ -5,9 +5,10 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <string>
 #include <string_view>
+
+#include "base/big_memory.h"
 
 namespace host {
 
@@ -29,7 +30,7 @@ struct FileOrigin {
     std::string version;
     /// The file's own bytes, where the image is not the same; NULL otherwise. A drawing that nobody
     /// changed is saved as these.
-    std::unique_ptr<char[]> bytes;
+    BigBytes bytes;
     size_t size = 0;
     FileStamp stamp;
     /// $ACADVER that the drawing is saved as from now on; empty for the version that it has.

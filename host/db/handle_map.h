@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "base/big_memory.h"
+
 namespace host {
 
 class HandleMap {
@@ -48,6 +50,8 @@ class HandleMap {
         uint32_t slot = 0;
     };
 
+    using Cells = std::vector<Cell, BigAllocator<Cell>>;
+
     /// Handles run upward one by one, so the first try is the handle itself; where that is taken,
     /// the further tries are spread by all of its bits and never run along a full stretch.
     struct Probe {
@@ -70,14 +74,14 @@ class HandleMap {
     }
 
     void rehash(size_t capacity) {
-        std::vector<Cell> old(capacity);
+        Cells old(capacity);
         old.swap(cells_);
         for (const Cell& cell : old) {
             if (cell.handle != 0) cellOf(cell.handle) = cell;
         }
     }
 
-    std::vector<Cell> cells_;
+    Cells cells_;
     size_t count_ = 0;
 };
 

@@ -94,7 +94,7 @@ $CELTSCALE
   9
 $DIMZIN
  70
-8
+0
   9
 $DIMSTYLE
   2

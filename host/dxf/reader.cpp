@@ -466,7 +466,7 @@ class Reader {
     std::vector<std::pair<Slot, uint64_t>> object_owners_;
 };
 
-std::unique_ptr<Database> readImage(std::unique_ptr<char[]> bytes, size_t size,
+std::unique_ptr<Database> readImage(BigBytes bytes, size_t size,
                                     const std::string& name, std::string& error) {
     auto database = std::make_unique<Database>();
     const char* begin = bytes.get();
@@ -516,7 +516,7 @@ std::unique_ptr<Database> readFile(const std::string& path, std::string& error) 
     if (S_ISDIR(status.st_mode)) return refuse("a folder, not a drawing");
     if (!S_ISREG(status.st_mode)) return refuse("no regular file");
     const auto size = static_cast<size_t>(status.st_size);
-    std::unique_ptr<char[]> bytes(new (std::nothrow) char[size + kImagePadding]);
+    BigBytes bytes = makeBigBytes(size + kImagePadding);
     if (bytes == nullptr) return refuse("not enough memory to read the drawing");
     size_t filled = 0;
     while (filled < size) {
@@ -537,7 +537,11 @@ std::unique_ptr<Database> readFile(const std::string& path, std::string& error) 
 
 std::unique_ptr<Database> readText(std::string_view text, const std::string& name,
                                    std::string& error) {
-    std::unique_ptr<char[]> bytes(new char[text.size() + kImagePadding]);
+    BigBytes bytes = makeBigBytes(text.size() + kImagePadding);
+    if (bytes == nullptr) {
+        error = name + ": not enough memory to read the drawing";
+        return nullptr;
+    }
     std::memcpy(bytes.get(), text.data(), text.size());
     std::memset(bytes.get() + text.size(), 0, kImagePadding);
     return readImage(std::move(bytes), text.size(), name, error);

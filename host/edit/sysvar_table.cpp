@@ -309,7 +309,7 @@ constexpr auto kOfDimensions = std::to_array<Variable>({
     headerSwitch("DIMTXTDIRECTION", 0, 1024),
     headerShort("DIMTZIN", 8, 0, 15, kR13),
     headerSwitch("DIMUPT", 0, kR13),
-    headerShort("DIMZIN", 8, 0, 15),
+    headerShort("DIMZIN", 0, 0, 15),
 });
 
 /// Of the active view: its picture is worked out, the rest stands in its record.

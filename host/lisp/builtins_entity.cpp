@@ -35,8 +35,27 @@ bool make(Interpreter& in, const Value& list, ads_name name) {
     return acdbEntMakeX(chain.get(), name) == RTNORM;
 }
 
+/// True for a list with (0 . "ENDBLK").
+bool endsBlock(const Value& list) {
+    for (const Value* rest = &list; rest->isCons(); rest = &rest->cons()->cdr) {
+        const Value& group = rest->cons()->car;
+        if (!group.isCons() || !group.cons()->car.same(Value::integer(0))) continue;
+        const Value& type = group.cons()->cdr;
+        return type.isText() && (type.text() == u"ENDBLK" || type.text() == u"endblk");
+    }
+    return false;
+}
+
+/// The end of a block gives the block's name, which the drawing has chosen for an anonymous one.
 Value entmake(Interpreter& in, Args args) {
-    return !args.empty() && make(in, args[0], nullptr) ? args[0] : Value();
+    ads_name name = {0, 0};
+    if (args.empty() || !make(in, args[0], name)) return Value();
+    if (!endsBlock(args[0])) return args[0];
+    const OwnedChain record(acdbEntGet(name));
+    for (const resbuf* node = record.get(); node; node = node->rbnext) {
+        if (node->restype == 2) return makeText(node->resval.rstring);
+    }
+    return args[0];
 }
 
 Value entmakex(Interpreter& in, Args args) {
@@ -94,7 +113,7 @@ const Builtin kRows[] = {
     {"entmod", 1, 1, entmod, "(entmod list)",
      "Changes the entity that the list names under -1; gives the list, nil when it is refused."},
     {"entmake", 0, 1, entmake, "(entmake [list])",
-     "Makes an entity; gives the list, nil when it is refused."},
+     "Makes an entity; gives the list (at the end of a block its name), nil when it is refused."},
     {"entmakex", 0, 1, entmakex, "(entmakex [list])",
      "Makes an entity or object; gives its name, nil when it is refused."},
     {"entdel", 1, 1, entdel, "(entdel entity)", "Erases an entity, or brings an erased one back."},

@@ -55,6 +55,8 @@ Value catchAllApply(Interpreter& in, Args args) {
         return callWith(in, in.functionFor(args[0]));
     } catch (const Failure& failure) {
         return Value::adopt(new CaughtError(failure.message));
+    } catch (const OutOfSpace& reason) {
+        return Value::adopt(new CaughtError(Interpreter::outOfSpace(reason).message));
     }
 }
 

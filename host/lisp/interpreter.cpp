@@ -2,6 +2,8 @@
 #include "lisp/interpreter.h"
 
 #include <pthread.h>
+#include <sys/resource.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <new>
@@ -21,7 +23,9 @@ constexpr size_t kCulpritLimit = 1000;
 /// What the evaluator leaves of the machine's stack: room for native functions, for undoing the
 /// calls, and for an *error* function, which gets half of it.
 constexpr size_t kStackReserve = size_t{512} * 1024;
-constexpr size_t kStackWithoutLimit = size_t{64} * 1024 * 1024;
+/// What the evaluator uses of the machine's stack at most. The system keeps more than this free
+/// below the stack of the main thread, whatever limit the program was started with.
+constexpr size_t kLargestStack = size_t{64} * 1024 * 1024;
 
 constexpr std::span<const Builtin> (*kFamilies[])() = {
     controlBuiltins,  functionBuiltins,   symbolBuiltins,   numberBuiltins,
@@ -31,6 +35,14 @@ constexpr std::span<const Builtin> (*kFamilies[])() = {
 
 bool isFunction(const Value& value) {
     return value.is(Kind::UserFunction) || value.is(Kind::Subr) || value.is(Kind::External);
+}
+
+/// Lets the main thread's stack grow as far as the evaluator uses it, so that deep recursion works.
+void raiseStackLimit() {
+    rlimit limit{};
+    if (::getrlimit(RLIMIT_STACK, &limit) != 0 || limit.rlim_cur >= kLargestStack) return;
+    limit.rlim_cur = std::min<rlim_t>(limit.rlim_max, kLargestStack);
+    ::setrlimit(RLIMIT_STACK, &limit);
 }
 
 /// True for a form that calls a native function itself.
@@ -127,10 +139,29 @@ Value Interpreter::evalText(std::u16string_view text, std::u16string_view file,
             throwFailure(std::move(failure));
         }
         nativeGaveNothing = false;
-        result = eval(datum);
+        result = evalWithin(datum);
         nativeGaveNothing = nativeGaveNothing && callsNative(datum);
         if (afterEach) afterEach(result);
     }
+}
+
+/// Value of a form; memory that does not suffice ends in an error as all others do, once what the
+/// form held has been given back.
+Value Interpreter::evalWithin(const Value& form) {
+    try {
+        return eval(form);
+    } catch (const OutOfSpace& reason) {
+        Failure failure = outOfSpace(reason);
+        failure.place = form.isCons() ? form.cons()->place : 0;
+        if (catching_ == 0 && !inHandler_) failure.handler = errorHandler();
+        throw failure;
+    }
+}
+
+Failure Interpreter::outOfSpace(const OutOfSpace& reason) {
+    Failure failure;
+    failure.message = kz::toUtf16(reason.what());
+    return failure;
 }
 
 Value Interpreter::evalCall(const Cons* form) {
@@ -341,6 +372,7 @@ void Interpreter::beginTopLevel() {
 }
 
 void Interpreter::measureStack() {
+    if (::getpid() == ::gettid()) raiseStackLimit();
     pthread_attr_t attributes;
     void* lowest = nullptr;
     size_t size = 0;
@@ -348,7 +380,7 @@ void Interpreter::measureStack() {
     pthread_attr_getstack(&attributes, &lowest, &size);
     pthread_attr_destroy(&attributes);
     const char* const highest = static_cast<char*>(lowest) + size;
-    stackLimit_ = highest - std::min(size, kStackWithoutLimit) + kStackReserve;
+    stackLimit_ = highest - std::min(size, kLargestStack) + kStackReserve;
 }
 
 }  // namespace host::lisp

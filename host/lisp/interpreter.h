@@ -72,6 +72,9 @@ class Interpreter {
     [[noreturn]] void tooFew();
     [[noreturn]] void tooMany();
 
+    /// The error that memory which does not suffice is.
+    static Failure outOfSpace(const OutOfSpace& reason);
+
     /// Runs `*error*` for a failure that waits for it; called when all bindings are undone.
     void runDeferredHandler(Failure& failure);
     /// For evaluators that recurse over data: ends in an error before the stack does.
@@ -133,6 +136,7 @@ class Interpreter {
     };
     class Binding;
 
+    Value evalWithin(const Value& form);
     Value evalCall(const Cons* form);
     Value callUser(const UserFunction& function, Args args);
     Value callForm(const Builtin& row, const Symbol* name, Args args);

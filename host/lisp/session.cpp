@@ -88,10 +88,11 @@ LispOutcome failed(lisp::Interpreter& in, lisp::Failure& failure) {
     return outcome;
 }
 
-LispOutcome withoutMemory() {
+LispOutcome withoutMemory(const std::bad_alloc& reason) {
     LispOutcome outcome;
     outcome.kind = LispOutcome::Kind::Failed;
-    outcome.message = u"insufficient memory";
+    const auto* limited = dynamic_cast<const lisp::OutOfSpace*>(&reason);
+    outcome.message = limited ? kz::toUtf16(limited->what()) : u"insufficient memory";
     return outcome;
 }
 
@@ -123,9 +124,9 @@ LispOutcome evaluate(std::u16string_view text, std::u16string_view file,
         RestingCommand::cancel();
         outcome = failed(in, failure);
         watch.check();
-    } catch (const std::bad_alloc&) {
+    } catch (const std::bad_alloc& reason) {
         RestingCommand::cancel();
-        outcome = withoutMemory();
+        outcome = withoutMemory(reason);
     }
     return outcome;
 }
@@ -140,6 +141,9 @@ bool answerOf(std::u16string_view text, InputToken& token) {
         return lisp::answerToken(value, token);
     } catch (lisp::Failure& failure) {
         tell(u"; error: " + failed(in, failure).message);
+        return false;
+    } catch (const std::bad_alloc& reason) {
+        tell(u"; error: " + withoutMemory(reason).message);
         return false;
     }
 }

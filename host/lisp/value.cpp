@@ -1,9 +1,12 @@
 /// Making, comparing and freeing of values. List cells come from a pool of their own, since
-/// programs make and drop millions of them.
+/// programs make and drop millions of them. Cells and texts are counted: beyond the limit they end
+/// in an error, before the machine runs out of memory.
 #include "lisp/value.h"
 
-#include <cstring>
-#include <new>
+#include <sys/mman.h>
+#include <unistd.h>
+
+#include <cstdlib>
 #include <vector>
 
 #if defined(__SANITIZE_ADDRESS__)
@@ -18,46 +21,160 @@ namespace host::lisp {
 
 namespace {
 
+/// Bytes of cells and texts that are in use, and how many may be.
+size_t usedBytes = 0;
+
+size_t memoryLimit() {
+    static const size_t limit = [] {
+        if (const char* text = std::getenv("KZ_LISP_MEMORY")) {
+            const auto megabytes = std::strtoull(text, nullptr, 10);
+            if (megabytes > 0) return static_cast<size_t>(megabytes) << 20U;
+        }
+        const auto pages = static_cast<size_t>(sysconf(_SC_PHYS_PAGES));
+        return pages / 2 * static_cast<size_t>(sysconf(_SC_PAGESIZE));
+    }();
+    return limit;
+}
+
+void account(size_t bytes, const char* space) {
+    if (bytes > memoryLimit() - usedBytes) throw OutOfSpace(space);
+    usedBytes += bytes;
+}
+
+constexpr const char* kNodeSpace = "insufficient node space";
+constexpr const char* kTextSpace = "insufficient string space";
+constexpr size_t kLongestText = size_t{1} << 30;
+
 #ifdef HOST_LISP_PLAIN_CELLS
 // The sanitizer sees a use after the end only when each cell is an allocation of its own.
 void* takeCell() {
+    account(sizeof(Cons), kNodeSpace);
     return ::operator new(sizeof(Cons));
 }
 void returnCell(void* cell) noexcept {
+    usedBytes -= sizeof(Cons);
     ::operator delete(cell);
 }
 #else
-constexpr size_t kCellsInSlab = 2048;
+// A slab is aligned to its size, so that a cell finds the slab it stands in. Half as many as are in
+// use may be empty, the rest is given back; values in static storage may outlive any owner of
+// slabs, so nothing else frees them.
+constexpr size_t kSlabSize = size_t{1} << 20;
 
 struct FreeCell {
     FreeCell* next;
 };
-FreeCell* freeCells = nullptr;
 
-// Slabs stay for the life of the program: values in static storage may outlive any owner of them.
+struct Slab {
+    Slab* previous;
+    Slab* next;      ///< of the slabs with room
+    FreeCell* free;  ///< cells that were given back
+    uint32_t used;   ///< cells given out and not given back
+    uint32_t begun;  ///< cells that were given out at least once
+};
+
+constexpr size_t kFirstCell = (sizeof(Slab) + sizeof(Cons) - 1) / sizeof(Cons);
+constexpr uint32_t kCellsInSlab = kSlabSize / sizeof(Cons) - kFirstCell;
+
+constexpr size_t kSlabsKept = 16;
+
+/// Slabs with cells given out and room for more, and those without any.
+Slab* slabsWithRoom = nullptr;
+Slab* emptySlabs = nullptr;
+size_t slabCount = 0, emptyCount = 0;
+
+void link(Slab*& list, Slab* slab) {
+    slab->previous = nullptr;
+    slab->next = list;
+    if (list) list->previous = slab;
+    list = slab;
+}
+
+void unlink(Slab*& list, Slab* slab) {
+    (slab->previous ? slab->previous->next : list) = slab->next;
+    if (slab->next) slab->next->previous = slab->previous;
+}
+
+/// Pages of the system for a slab, aligned to its size; NULL when there are none.
+void* mapSlab() {
+    const size_t size = 2 * kSlabSize;
+    void* mapped =
+        ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (mapped == MAP_FAILED) return nullptr;
+    auto* begin = static_cast<char*>(mapped);
+    const size_t past = reinterpret_cast<uintptr_t>(begin) % kSlabSize;
+    char* const slab = past == 0 ? begin : begin + (kSlabSize - past);
+    if (slab != begin) ::munmap(begin, static_cast<size_t>(slab - begin));
+    char* const behind = slab + kSlabSize;
+    ::munmap(behind, static_cast<size_t>(begin + size - behind));
+    return slab;
+}
+
 void addSlab() {
-    auto* slab = static_cast<char*>(::operator new(kCellsInSlab * sizeof(Cons)));
-    for (size_t i = kCellsInSlab; i-- > 0;) {
-        freeCells = new (slab + i * sizeof(Cons)) FreeCell{freeCells};
+    account(kSlabSize, kNodeSpace);
+    void* memory = mapSlab();
+    if (!memory) {
+        usedBytes -= kSlabSize;
+        throw OutOfSpace(kNodeSpace);
+    }
+    link(slabsWithRoom, new (memory) Slab{});
+    ++slabCount;
+}
+
+void needSlab() {
+    if (!emptySlabs) return addSlab();
+    Slab* const slab = emptySlabs;
+    unlink(emptySlabs, slab);
+    --emptyCount;
+    link(slabsWithRoom, slab);
+}
+
+void releaseEmptySlabs() {
+    while (emptyCount > kSlabsKept + (slabCount - emptyCount) / 2) {
+        Slab* const slab = emptySlabs;
+        unlink(emptySlabs, slab);
+        --emptyCount;
+        --slabCount;
+        usedBytes -= kSlabSize;
+        ::munmap(slab, kSlabSize);
     }
 }
 
 void* takeCell() {
-    if (!freeCells) addSlab();
-    FreeCell* cell = freeCells;
-    freeCells = cell->next;
+    if (!slabsWithRoom) needSlab();
+    Slab* const slab = slabsWithRoom;
+    void* cell = slab->free;
+    if (cell) {
+        slab->free = slab->free->next;
+    } else {
+        cell = reinterpret_cast<char*>(slab) + (kFirstCell + slab->begun++) * sizeof(Cons);
+    }
+    if (++slab->used == kCellsInSlab) unlink(slabsWithRoom, slab);
     return cell;
 }
 
 void returnCell(void* cell) noexcept {
-    freeCells = new (cell) FreeCell{freeCells};
+    const auto place = reinterpret_cast<uintptr_t>(cell) & ~uintptr_t{kSlabSize - 1};
+    auto* slab = reinterpret_cast<Slab*>(place);  // NOLINT(performance-no-int-to-ptr)
+    slab->free = new (cell) FreeCell{slab->free};
+    if (slab->used-- == kCellsInSlab) link(slabsWithRoom, slab);
+    if (slab->used != 0) return;
+    unlink(slabsWithRoom, slab);
+    link(emptySlabs, slab);
+    ++emptyCount;
+    releaseEmptySlabs();
 }
 #endif
+
+size_t bytesOfText(size_t length) {
+    return sizeof(Text) + length * sizeof(char16_t);
+}
 
 /// Objects without last references to others, or whose members free themselves in a bounded way.
 void destroyLeaf(Object* object) noexcept {
     switch (static_cast<Kind>(object->kind)) {
         case Kind::Text:
+            usedBytes -= bytesOfText(static_cast<Text*>(object)->length);
             ::operator delete(object);
             break;
         case Kind::Symbol:
@@ -137,7 +254,9 @@ Value makeCons(Value car, Value cdr) {
 }
 
 Value makeBlankText(size_t length) {
-    void* memory = ::operator new(sizeof(Text) + length * sizeof(char16_t));
+    if (length > kLongestText) throw OutOfSpace(kTextSpace);
+    account(bytesOfText(length), kTextSpace);
+    void* memory = ::operator new(bytesOfText(length));
     return Value::adopt(new (memory) Text(static_cast<uint32_t>(length)));
 }
 

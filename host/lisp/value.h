@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <limits>
 #include <memory>
+#include <new>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -43,6 +44,17 @@ struct Object {
 
 /// Frees an object whose last reference has gone, and what hangs on it, without recursion.
 void destroy(Object* object) noexcept;
+
+/// Thrown where a list cell or text would need more memory than Lisp may have: half of the
+/// machine's, or KZ_LISP_MEMORY megabytes.
+class OutOfSpace : public std::bad_alloc {
+  public:
+    explicit OutOfSpace(const char* message) : message_(message) {}
+    const char* what() const noexcept override { return message_; }
+
+  private:
+    const char* message_;
+};
 
 struct Cons;
 struct Text;

@@ -86,3 +86,10 @@
 (command "_.insert" "TAGGED" '(0 0) 3 1 0 "wide" "w")
 (holds "unequal scales widen the letters" (entnext (entlast)) '(40 41 10) '(1.0 3.0 (0.0 1.0 0.0)))
 (finish)
+
+;; entmake gives the name of a block at its end, which the drawing chooses for an anonymous one.
+(entmake '((0 . "BLOCK") (2 . "*U") (70 . 1) (10 0.0 0.0 0.0)))
+(entmake '((0 . "POINT") (10 0.0 0.0 0.0)))
+(setq anonymous (entmake '((0 . "ENDBLK"))))
+(is "an anonymous block has a name" '(T T)
+    '(list (wcmatch anonymous "`*U#*") (= (cdr (assoc 2 (tblsearch "BLOCK" anonymous))) anonymous)))

@@ -2,9 +2,9 @@
 
 (defun all-modes (number precision) (mapcar '(lambda (mode) (rtos number mode precision)) '(1 2 3 4 5)))
 
-;; A new drawing drops zeros at the end of decimals.
-(is "zeros at the end are left out" '("17.5" "1'-5.5\"" "17 1/2") '(list (rtos 17.5 2 4) (rtos 17.5 3 2) (rtos 17.5 5 2)))
-(is "a drawing that keeps them" 0 '(setvar "DIMZIN" 0))
+;; A new drawing keeps zeros at the end of decimals.
+(is "zeros at the end are left out" '(8 "17.5" "1'-5.5\"" "17 1/2") '(list (setvar "DIMZIN" 8) (rtos 17.5 2 4) (rtos 17.5 3 2) (rtos 17.5 5 2)))
+(is "and stay" 0 '(setvar "DIMZIN" 0))
 (is "each unit" '("1.7500E+01" "17.5000" "1'-5.5000\"" "1'-5 1/2\"" "17 1/2") '(all-modes 17.5 4))
 (is "an integer is a distance" '("1.50E+01" "15.00" "1'-3.00\"" "1'-3\"" "15") '(all-modes 15 2))
 (is "without units and precision those of the drawing count" '("1.5000" "1'-3 1/2\"" "1'-3 1/2\"" "1'-4\"")

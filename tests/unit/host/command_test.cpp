@@ -163,7 +163,7 @@ TEST_F(CommandTest, a_user_is_asked_until_his_answers_fit) {
     host::queueEnter();
     said_.clear();
     EXPECT_TRUE(host::runCommandLine(u"c 5,5"));
-    EXPECT_TRUE(told(u"<2>: "));
+    EXPECT_TRUE(told(u"<2.0000>: "));
     // A cancel, and the end of all answers.
     host::queueCancel();
     EXPECT_FALSE(host::runCommandLine(u"line 0,0"));

@@ -229,8 +229,8 @@ TEST_F(Views, flat_points_of_the_display_lie_in_the_plane_that_is_drawn_in) {
     slanted.direction = {0, -1, 1};
     EXPECT_EQ(setView(drawing(), slanted), kDone);
     eval("(setvar \"ELEVATION\" 3.0)");
-    EXPECT_EQ(eval("(rtos (caddr (trans '(5 6) 2 0)) 2 6)"), "\"3\"");
-    EXPECT_EQ(eval("(rtos (cadr (trans (trans '(5 6) 2 0) 0 2)) 2 6)"), "\"6\"");
+    EXPECT_EQ(eval("(rtos (caddr (trans '(5 6) 2 0)) 2 6)"), "\"3.000000\"");
+    EXPECT_EQ(eval("(rtos (cadr (trans (trans '(5 6) 2 0) 0 2)) 2 6)"), "\"6.000000\"");
 }
 
 TEST_F(Views, plans_follow_a_system) {

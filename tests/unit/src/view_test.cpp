@@ -34,6 +34,7 @@ class Views : public test::PrintedTest {
     /// Centre and height of the view, rounded to a thousandth.
     static std::string view() {
         return eval(
+            "(setvar \"DIMZIN\" 8)"
             "(strcat (rtos (car (getvar \"VIEWCTR\")) 2 3) \" \" (rtos (cadr (getvar "
             "\"VIEWCTR\")) 2 3) \" \" (rtos (getvar \"VIEWSIZE\") 2 3))");
     }
