@@ -466,8 +466,8 @@ class Reader {
     std::vector<std::pair<Slot, uint64_t>> object_owners_;
 };
 
-std::unique_ptr<Database> readImage(BigBytes bytes, size_t size,
-                                    const std::string& name, std::string& error) {
+std::unique_ptr<Database> readImage(BigBytes bytes, size_t size, const std::string& name,
+                                    std::string& error) {
     auto database = std::make_unique<Database>();
     const char* begin = bytes.get();
     database->setImage(std::move(bytes), size);
