@@ -5,6 +5,7 @@
 #include <new>
 
 #include "dxf/composer.h"
+#include "dxf/convert.h"
 #include "dxf/save_file.h"
 #include "dxf/versions.h"
 
@@ -12,10 +13,12 @@ namespace host::dxf {
 namespace {
 
 /// Puts the file's contents together.
-void fill(Database& database, Composition& composition) {
+void fill(Database& database, const std::string& version, Composition& out,
+          std::vector<std::string>& notes) {
     // The next handle goes into the header; nobody wants to undo that.
     const UndoPause pause(database.undo());
-    compose(database, composition);
+    compose(database, out);
+    if (version != database.version()) convertVersion(database, version, out, notes);
 }
 
 bool write(Database& database, const std::string& path, const SaveOptions& options,
@@ -28,9 +31,10 @@ bool write(Database& database, const std::string& path, const SaveOptions& optio
             return false;
         }
     }
-    Composition composition;
-    fill(database, composition);
     FileOrigin& origin = database.origin();
+    if (version.empty()) version = database.saveVersion();
+    Composition composition;
+    fill(database, version, composition, outcome.notes);
     const bool own = isOwnFile(database, path);
     ReplaceOptions replace;
     replace.backup = options.backup;
@@ -38,7 +42,10 @@ bool write(Database& database, const std::string& path, const SaveOptions& optio
     if (own) replace.expected = origin.stamp;
     FileStamp written;
     if (!replaceFile(path, composition.pieces, replace, written, outcome.error)) return false;
-    if (options.rename) database.setPath(path);
+    if (options.rename) {
+        database.setPath(path);
+        origin.save_as = version == database.version() ? std::string() : version;
+    }
     if (own || options.rename) origin.stamp = written;
     return true;
 }
