@@ -28,10 +28,10 @@ constexpr size_t kStackReserve = size_t{512} * 1024;
 constexpr size_t kLargestStack = size_t{64} * 1024 * 1024;
 
 constexpr std::span<const Builtin> (*kFamilies[])() = {
-    controlBuiltins,  functionBuiltins,   symbolBuiltins,   numberBuiltins,
-    listBuiltins,     sequenceBuiltins,   textBuiltins,     fileBuiltins,
-    geometryBuiltins, conversionBuiltins, printBuiltins,    entityBuiltins,
-    tableBuiltins,    selectionBuiltins,  variableBuiltins, inputBuiltins};
+    controlBuiltins,  functionBuiltins, symbolBuiltins,      numberBuiltins,    listBuiltins,
+    sequenceBuiltins, textBuiltins,     fileBuiltins,        geometryBuiltins,  conversionBuiltins,
+    printBuiltins,    entityBuiltins,   tableBuiltins,       selectionBuiltins, variableBuiltins,
+    inputBuiltins,    pathBuiltins,     environmentBuiltins, screenBuiltins,    moduleBuiltins};
 
 bool isFunction(const Value& value) {
     return value.is(Kind::UserFunction) || value.is(Kind::Subr) || value.is(Kind::External);

@@ -35,6 +35,8 @@ class Interpreter {
 
     SymbolTable symbols;
     SourceMap sources;
+    /// Values of symbols on the blackboard.
+    std::unordered_map<Symbol*, Value> blackboard;
     /// True when the last native call gave no value at all, so that its nil is not shown.
     bool nativeGaveNothing = false;
 
