@@ -219,8 +219,36 @@ Value Interpreter::callUser(const UserFunction& function, Args args) {
     Arguments locals(*this);  // they stand right behind the parameters
     for (uint32_t i = 0; i < function.locals; ++i)
         locals.push(Value());
-    const Binding binding(function, top_ - (function.parameters + function.locals));
+    Value* const slots = top_ - (function.parameters + function.locals);
+    if (function.traced) return callTraced(function, args, slots);
+    const Binding binding(function, slots);
     return evalAll(function.body);
+}
+
+Value Interpreter::callTraced(const UserFunction& function, Args args, Value* slots) {
+    const auto show = [this](std::u16string_view text, const Value& value) {
+        std::u16string line(atLineStart(Channel::Message) ? u"" : u"\n");
+        line.append(2 * tracedDepth_, u' ').append(text).append(u" ");
+        write(Channel::Message, line.append(printed(value, PrintForm::Readable)).append(u"\n"));
+    };
+    ListBuilder call;
+    if (function.name) call.add(Value::share(function.name));
+    for (const Value& arg : args)
+        call.add(arg);
+    show(u"Entering", call.take());
+    struct Deeper {
+        explicit Deeper(size_t& d) : depth(++d) {}
+        ~Deeper() { --depth; }
+        size_t& depth;
+    };
+    Value result;
+    {
+        const Deeper deeper(tracedDepth_);
+        const Binding binding(function, slots);
+        result = evalAll(function.body);
+    }
+    show(u"Result: ", result);
+    return result;
 }
 
 /// A special form that is called with values, as by apply.

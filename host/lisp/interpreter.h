@@ -141,6 +141,8 @@ class Interpreter {
     Value evalWithin(const Value& form);
     Value evalCall(const Cons* form);
     Value callUser(const UserFunction& function, Args args);
+    /// The same with a line on the message channel before and after it.
+    Value callTraced(const UserFunction& function, Args args, Value* slots);
     Value callForm(const Builtin& row, const Symbol* name, Args args);
     Value callOther(const Cons* form);
     void defineBuiltin(const Builtin& row);
@@ -162,6 +164,7 @@ class Interpreter {
     int catching_ = 0;
     bool inHandler_ = false;
     uint32_t functionNumber_ = 0;
+    size_t tracedDepth_ = 0;
 };
 
 /// Arguments of a call that is being prepared; they leave the value stack with this object.
