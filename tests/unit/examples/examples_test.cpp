@@ -116,6 +116,7 @@ class Examples : public testing::Test {
         const host::LispOutcome outcome = host::evalLisp(kz::toUtf16(example.form));
         const std::string printed = kz::toUtf8(printed_);
         const std::string message = outcome.ok() ? "" : kz::toUtf8(outcome.message);
+        EXPECT_EQ(outcome.ok(), example.error.empty());
         EXPECT_TRUE(matches(example.error, message))
             << "error: " << message << "\nmessages: " << kz::toUtf8(messages_);
         if (example.checksValue && outcome.ok()) {
