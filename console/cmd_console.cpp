@@ -116,52 +116,25 @@ void freshLine() {
     host::flush();
 }
 
-/// Words that are typed plainly: saving and leaving.
-class PlainWords {
+/// The word that leaves the console. A drawing with changes takes two of them.
+class Leaving {
   public:
-    explicit PlainWords(std::string path) : path_(std::move(path)) {}
-
-    /// Does what the text asks for. False for a text that is Lisp.
+    /// True when the text is the word.
     bool take(const std::string& text) {
         std::istringstream words(text);
-        std::string word, argument;
-        words >> word >> std::ws;
-        std::getline(words, argument);
-        if (word == "qsave" && argument.empty()) {
-            save(path_);
-        } else if (word == "saveas") {
-            save(argument);
-        } else if (word == "quit" && argument.empty()) {
-            quit();
-        } else {
-            return false;
-        }
-        return true;
-    }
-    bool done() const { return done_; }
-
-  private:
-    void save(const std::string& path) {
-        std::string error;
-        if (path.empty()) {
-            complain("the drawing has no name yet: saveas FILE");
-        } else if (!host::saveDrawing(path, error)) {
-            complain(error);
-        } else {
-            path_ = path;
-            host::write(host::Channel::Message, kz::toUtf16("saved as " + path + "\n"));
-        }
-    }
-
-    void quit() {
+        std::string word, more;
+        words >> word >> more;
+        if (word != "quit" || !more.empty()) return false;
         done_ = !host::drawingIsUnsaved() || warned_;
         if (!done_) {
             complain("the drawing has unsaved changes: qsave keeps them, a second quit drops them");
         }
         warned_ = true;
+        return true;
     }
+    bool done() const { return done_; }
 
-    std::string path_;
+  private:
     bool warned_ = false;
     bool done_ = false;
 };
@@ -190,9 +163,9 @@ host::InputLine readAnswer(LineEditor& editor, std::u16string_view prompt) {
     return {Kind::Text, kz::toUtf16(line), true};
 }
 
-Status talk(const std::string& path, bool scripted) {
+Status talk(bool scripted) {
     LineEditor editor;
-    PlainWords words(path);
+    Leaving words;
     if (!scripted) {
         host::setInputReader(
             [&editor](std::u16string_view prompt) { return readAnswer(editor, prompt); });
@@ -259,7 +232,7 @@ Status start(const SessionOptions& options) {
     Status status = openSession(options);
     const bool scripted = !options.input.empty();
     if (status == kDone) {
-        status = isatty(STDIN_FILENO) ? talk(options.drawing, scripted) : readPlainly(scripted);
+        status = isatty(STDIN_FILENO) ? talk(scripted) : readPlainly(scripted);
     }
     host::flush();
     return status;

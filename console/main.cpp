@@ -27,6 +27,7 @@ int main(int argc, char** argv) {
             {"eval", "Evaluate expressions on a drawing and print the value of each",
              console::defineEval},
             {"run", "Load Lisp scripts on a drawing", console::defineRun},
+            {"convert", "Save a drawing as another version", console::defineConvert},
             {"plot", "Draw a picture of a drawing", console::definePlot},
             {"groups", "List the groups of a drawing", console::defineGroups},
             {"fields", "List the fields that applications keep on entities", console::defineFields},

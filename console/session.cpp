@@ -98,10 +98,18 @@ void addSessionOptions(Options& line, SessionOptions& options, bool withFiles) {
     if (withFiles) {
         line.file("-d,--drawing", options.drawing, "Drawing to open; a new one without it");
         line.file("-s,--save", options.target, "Save the drawing here when all has succeeded");
+        addSaveOptions(line, options);
     }
     line.file("--input", options.input, "Text file whose lines answer prompts");
     line.value("--trace", options.trace, "LEVEL[:MASK]", "Let trace statements speak on stderr");
     line.flag("--no-suite", options.noSuite, "Do without the suite's services");
+}
+
+void addSaveOptions(Options& line, SessionOptions& options) {
+    line.value("--version", options.version, "RELEASE", "Save as R2000, R2004 ... R2018");
+    line.flag("--backup", options.backup, "Keep a file that is replaced as NAME.bak");
+    line.flag("--force", options.force,
+              "Save also over a file that was changed meanwhile or is write-protected");
 }
 
 Status openSession(const SessionOptions& options) {
@@ -119,11 +127,7 @@ Status openSession(const SessionOptions& options) {
 }
 
 Status closeSession(const SessionOptions& options, Status status) {
-    std::string error;
-    if (status == kDone && !options.target.empty() && !host::saveDrawing(options.target, error)) {
-        complain(error);
-        status = kFileError;
-    }
+    if (status == kDone && !options.target.empty()) status = saveSession(options);
     if (kz_Error_isOk() != 1) {
         if (!host::atLineStart(host::Channel::Message)) host::write(host::Channel::Message, u"\n");
         kz_Error_outputAllToStdErr();
@@ -131,6 +135,19 @@ Status closeSession(const SessionOptions& options, Status status) {
     }
     host::flush();
     return status;
+}
+
+Status saveSession(const SessionOptions& options) {
+    host::SaveOptions save;
+    save.version = options.version;
+    save.backup = options.backup;
+    save.force = options.force;
+    const host::SaveOutcome outcome = host::saveDrawing(options.target, save);
+    for (const std::string& note : outcome.notes)
+        complain(note);
+    if (outcome.saved) return kDone;
+    complain(outcome.error);
+    return kFileError;
 }
 
 void showValue(std::u16string_view value) {

@@ -16,17 +16,25 @@ struct SessionOptions {
     std::string target;   ///< where the drawing is saved; empty for nowhere
     std::string input;    ///< file with the answers to prompts; empty for none
     std::string trace;    ///< LEVEL[:MASK]; empty for silence
+    std::string version;  ///< that is saved; empty for the drawing's
+    bool backup = false;  ///< a file that is replaced stays as NAME.bak
+    bool force = false;   ///< save over what others changed
     bool noSuite = false;
 };
 
-/// Adds --input, --trace and --no-suite to a command, and with `withFiles` -d and -s.
+/// Adds --input, --trace and --no-suite to a command, and with `withFiles` -d, -s and how it saves.
 void addSessionOptions(Options& line, SessionOptions& options, bool withFiles);
+/// Adds --version, --backup and --force to a command that saves.
+void addSaveOptions(Options& line, SessionOptions& options);
 
 /// Loads the library and opens the drawing. What fails is said on standard error.
 Status openSession(const SessionOptions& options);
 /// Saves the drawing where the options want it, unless something has failed, and shows what is on
 /// the error list. @return the status, or that of the save
 Status closeSession(const SessionOptions& options, Status status);
+
+/// Saves the drawing; what its version can't hold, and what failed, is said on standard error.
+Status saveSession(const SessionOptions& options);
 
 /// Prints a value on a fresh line of standard output; nothing for an empty text.
 void showValue(std::u16string_view value);

@@ -83,6 +83,7 @@ struct Command {
 };
 
 /// The families' tables, in host/command/<family>.cpp.
+std::span<const Command> fileCommands();
 std::span<const Command> undoCommands();
 std::span<const Command> systemCommands();
 std::span<const Command> drawCommands();

@@ -306,9 +306,9 @@ const std::u16string& runningCommand() {
 namespace {
 
 std::span<const Command> (*const kFamilies[])() = {
-    undoCommands,  systemCommands,  drawCommands, arcCommands,    polylineCommands,
-    textCommands,  blockCommands,   xrefCommands, modifyCommands, propertyCommands,
-    layerCommands, inquiryCommands, ucsCommands,  viewCommands};
+    fileCommands,     undoCommands,  systemCommands,  drawCommands, arcCommands,
+    polylineCommands, textCommands,  blockCommands,   xrefCommands, modifyCommands,
+    propertyCommands, layerCommands, inquiryCommands, ucsCommands,  viewCommands};
 
 }  // namespace
 

@@ -35,19 +35,6 @@ Database* Database::of(const AcDbDatabase* facade) {
 
 }  // namespace host
 
-namespace {
-
-/// Keeps the file at `path` under the extension ".bak". A missing file needs none.
-bool keepBackup(const fs::path& path) {
-    std::error_code error;
-    if (!fs::exists(path, error)) return true;
-    fs::path kept = path;
-    kept.replace_extension(".bak");
-    return kept == path || fs::copy_file(path, kept, fs::copy_options::overwrite_existing, error);
-}
-
-}  // namespace
-
 AcDbHandle::AcDbHandle(const ACHAR* text) {
     constexpr int kDigits = 16;
     uint64_t value = 0;
@@ -93,16 +80,10 @@ Acad::ErrorStatus AcDbDatabase::saveAs(const ACHAR* path, bool backup, int) {
     if (drawing_ == nullptr) return Acad::eNoDatabase;
     if (path == nullptr || *path == 0) return Acad::eInvalidInput;
     const std::string name = kz::toUtf8(path);
-    std::string error;
-    if (backup && !keepBackup(name)) return Acad::eFileAccessErr;
-    try {
-        if (!host::dxf::writeFile(*drawing_, name, error)) return Acad::eFileAccessErr;
-    } catch (const std::bad_alloc&) {
-        return Acad::eOutOfMemory;
-    }
-    drawing_->markSaved();
-    if (drawing_->path().empty()) drawing_->setPath(name);
-    return Acad::eOk;
+    host::SaveOptions options;
+    options.backup = backup;
+    options.rename = drawing_->path().empty();
+    return host::dxf::writeFile(*drawing_, name, options).saved ? Acad::eOk : Acad::eFileAccessErr;
 }
 
 Acad::ErrorStatus AcDbDatabase::getFilename(const ACHAR*& name) const {

@@ -343,6 +343,10 @@ class Database {
     void setCodec(dxf::TextCodec codec) { codec_ = std::move(codec); }
     const std::string& version() const { return version_; }
     void setVersion(std::string version) { version_ = std::move(version); }
+    /// The version that the drawing is saved as when nobody asks for another.
+    const std::string& saveVersion() const {
+        return origin_.save_as.empty() ? version_ : origin_.save_as;
+    }
 
     /// The file's bytes, without the padding; owned by the database as long as it lives.
     std::string_view image() const { return image_view_; }

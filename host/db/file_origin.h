@@ -33,6 +33,8 @@ struct FileOrigin {
     BigBytes bytes;
     size_t size = 0;
     FileStamp stamp;
+    /// $ACADVER that the drawing is saved as from now on; empty for the version that it has.
+    std::string save_as;
 
     std::string_view kept() const { return {bytes.get(), size}; }
 };

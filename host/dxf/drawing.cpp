@@ -1,7 +1,7 @@
 /// Opening and saving of the drawing in the editor.
 #include "host/drawing.h"
 
-#include <exception>
+#include <utility>
 
 #include "db/attach.h"
 #include "dxf/new_drawing.h"
@@ -23,20 +23,16 @@ bool openDrawing(const std::string& path, std::string& error) {
     return true;
 }
 
-bool saveDrawing(const std::string& path, std::string& error) {
+SaveOutcome saveDrawing(const std::string& path, const SaveOptions& options) {
     Database* database = currentDatabase();
-    if (database == nullptr) {
-        error = path + ": there is no drawing to save";
-        return false;
-    }
-    try {
-        if (!dxf::writeFile(*database, path, error)) return false;
-        database->markSaved();
-        return true;
-    } catch (const std::bad_alloc&) {
-        error = path + ": not enough memory to write the drawing";
-        return false;
-    }
+    if (database != nullptr) return dxf::writeFile(*database, path, options);
+    return {false, path + ": there is no drawing to save", {}};
+}
+
+bool saveDrawing(const std::string& path, std::string& error) {
+    SaveOutcome outcome = saveDrawing(path, SaveOptions());
+    error = std::move(outcome.error);
+    return outcome.saved;
 }
 
 bool drawingIsUnsaved() {

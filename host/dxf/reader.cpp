@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <cstring>
 
+#include "dxf/save_file.h"
 #include "kz_tls21an/text.h"
 
 namespace host::dxf {
@@ -533,7 +534,10 @@ std::unique_ptr<Database> readFile(const std::string& path, std::string& error) 
     }
     std::memset(bytes.get() + filled, 0, kImagePadding);
     auto database = readImage(std::move(bytes), filled, path, error);
-    if (database != nullptr) database->setPath(path);
+    if (database != nullptr) {
+        database->setPath(path);
+        database->origin().stamp = stampOf(status);
+    }
     return database;
 }
 

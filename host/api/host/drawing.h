@@ -3,6 +3,7 @@
 #define HOST_DRAWING_H
 
 #include <string>
+#include <vector>
 
 #include "host/export.h"
 
@@ -14,9 +15,32 @@ HOST_API void newDrawing();
 /// @return true; false with one sentence in `error` that names file, line (where there is one) and
 /// cause, and the present drawing stays as it is
 HOST_API bool openDrawing(const std::string& path, std::string& error);
+
+/// How a drawing is saved.
+struct SaveOptions {
+    /// A file that is replaced stays as NAME.bak.
+    bool backup = false;
+    /// Also over the drawing's own file when another program changed it since it was opened, and
+    /// over a write-protected one.
+    bool force = false;
+    /// The drawing goes by the file's name from then on.
+    bool rename = false;
+    /// "R2004", "2004" or "AC1018"; empty for the version of the drawing.
+    std::string version;
+};
+
+/// What came of saving.
+struct SaveOutcome {
+    bool saved = false;
+    std::string error;               ///< one sentence when it wasn't
+    std::vector<std::string> notes;  ///< what the file's version can't hold, one sentence each
+};
+
 /// Saves the drawing: a temporary file beside the target is written, synced and renamed, so the
-/// target holds the old drawing or the new one, never a part.
-/// @return true; false with one sentence in `error`, the target is untouched
+/// target holds the old drawing or the new one, never a part. When it isn't saved the target is
+/// untouched.
+HOST_API SaveOutcome saveDrawing(const std::string& path, const SaveOptions& options);
+/// The same with the usual options. @return true; false with one sentence in `error`
 HOST_API bool saveDrawing(const std::string& path, std::string& error);
 /// True when the drawing has changes that were not saved.
 HOST_API bool drawingIsUnsaved();
