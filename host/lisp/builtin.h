@@ -83,6 +83,7 @@ std::span<const Builtin> tableBuiltins();
 std::span<const Builtin> selectionBuiltins();
 std::span<const Builtin> variableBuiltins();
 std::span<const Builtin> inputBuiltins();
+std::span<const Builtin> helpBuiltins();
 
 }  // namespace host::lisp
 
