@@ -87,6 +87,7 @@ std::span<const Builtin> pathBuiltins();
 std::span<const Builtin> environmentBuiltins();
 std::span<const Builtin> screenBuiltins();
 std::span<const Builtin> moduleBuiltins();
+std::span<const Builtin> helpBuiltins();
 
 }  // namespace host::lisp
 
