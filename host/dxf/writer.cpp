@@ -3,7 +3,9 @@
 #include "dxf/writer.h"
 
 #include <new>
+#include <utility>
 
+#include "dxf/binary.h"
 #include "dxf/composer.h"
 #include "dxf/convert.h"
 #include "dxf/save_file.h"
@@ -21,6 +23,20 @@ void fill(Database& database, const std::string& version, Composition& out,
     if (version != database.version()) convertVersion(database, version, out, notes);
 }
 
+/// Puts the contents into the form of the drawing's file.
+bool giveForm(const FileOrigin& origin, bool changed, Composition& contents, std::string& cause) {
+    if (!changed && origin.bytes != nullptr) {
+        contents.pieces.assign(1, origin.kept());
+        return true;
+    }
+    if (!origin.binary) return true;
+    std::string binary;
+    if (!encodeBinary(contents.pieces, binary, cause)) return false;
+    contents.made.push_back(std::move(binary));
+    contents.pieces.assign(1, contents.made.back());
+    return true;
+}
+
 bool write(Database& database, const std::string& path, const SaveOptions& options,
            SaveOutcome& outcome) {
     std::string version;
@@ -35,6 +51,12 @@ bool write(Database& database, const std::string& path, const SaveOptions& optio
     if (version.empty()) version = database.saveVersion();
     Composition composition;
     fill(database, version, composition, outcome.notes);
+    std::string cause;
+    if (!giveForm(origin, database.isChanged() || version != database.version(), composition,
+                  cause)) {
+        outcome.error = path + ": " + cause;
+        return false;
+    }
     const bool own = isOwnFile(database, path);
     ReplaceOptions replace;
     replace.backup = options.backup;
