@@ -69,7 +69,7 @@ std::vector<Topic> allTopics() {
 }
 
 /// Appends words, broken into lines that begin with `indent` blanks.
-void wrap(std::string& out, const std::string& text, size_t indent = 0) {
+void wrap(std::string& out, const std::string& text, size_t indent) {
     std::istringstream words(text);
     size_t column = 0;
     for (std::string word; words >> word;) {
@@ -100,7 +100,7 @@ std::string commentAbove(const LispFunction& function) {
     }
     std::string text;
     for (const std::string& part : comment)
-        wrap(text, part);
+        text += part + "\n";
     return text;
 }
 
@@ -121,7 +121,7 @@ std::string exampleLines(const std::string& lines) {
 std::string page(const Topic& topic) {
     const LispFunction& function = topic.function;
     std::string text = topic.usage + "\n";
-    wrap(text, topic.help);
+    wrap(text, topic.help, 0);
     if (function.kind == LispFunction::Kind::User && !function.file.empty()) {
         text += commentAbove(function);
         text +=
