@@ -9,6 +9,7 @@
 #include <cerrno>
 #include <cstring>
 
+#include "base/progress.h"
 #include "dxf/save_file.h"
 #include "kz_tls21an/text.h"
 
@@ -40,7 +41,8 @@ class Reader {
   public:
     explicit Reader(Database& database)
         : database_(database),
-          cursor_(database.image().data(), database.image().data() + database.image().size()) {}
+          cursor_(database.image().data(), database.image().data() + database.image().size()),
+          progress_(Work::Reading, database.image().size()) {}
 
     void read() {
         checkFileKind();
@@ -260,6 +262,7 @@ class Reader {
     Slot addObject(const Scan& scan, ObjectClass object_class) {
         const Slot slot = database_.addRecord(scan.type, object_class);
         ObjectRecord& record = database_.record(slot);
+        progress_.at(static_cast<uint64_t>(scan.end - database_.image().data()));
         const auto size = static_cast<size_t>(scan.end - scan.begin);
         if (size > UINT32_MAX) throw FormatError(scan.begin, "an object larger than 4 GB");
         record.bytes = scan.begin;
@@ -458,6 +461,7 @@ class Reader {
 
     Database& database_;
     PairCursor cursor_;
+    Progress progress_;
     Pair pair_;
     std::string_view section_;
     Slot main_entity_ = kNoSlot;

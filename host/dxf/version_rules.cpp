@@ -2,6 +2,7 @@
 #include "dxf/version_rules.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "dxf/versions.h"
 
@@ -159,6 +160,71 @@ constexpr Since kTypes[] = {
     {"VISUALSTYLE", kR2007},
 };
 
+/// Types that R2000 has.
+constexpr std::string_view kOldTypes[] = {
+    "3DFACE",
+    "3DSOLID",
+    "ACAD_PROXY_ENTITY",
+    "ACAD_PROXY_OBJECT",
+    "ACDBDICTIONARYWDFLT",
+    "ACDBPLACEHOLDER",
+    "ARC",
+    "ARCALIGNEDTEXT",
+    "ATTDEF",
+    "ATTRIB",
+    "BODY",
+    "CIRCLE",
+    "DICTIONARY",
+    "DICTIONARYVAR",
+    "DIMASSOC",
+    "DIMENSION",
+    "ELLIPSE",
+    "GROUP",
+    "HATCH",
+    "IDBUFFER",
+    "IMAGE",
+    "IMAGEDEF",
+    "IMAGEDEF_REACTOR",
+    "INSERT",
+    "LAYER_FILTER",
+    "LAYER_INDEX",
+    "LAYOUT",
+    "LEADER",
+    "LINE",
+    "LWPOLYLINE",
+    "MINSERT",
+    "MLINE",
+    "MLINESTYLE",
+    "MTEXT",
+    "OBJECT_PTR",
+    "OLE2FRAME",
+    "OLEFRAME",
+    "PLOTSETTINGS",
+    "POINT",
+    "POLYLINE",
+    "RASTERVARIABLES",
+    "RAY",
+    "REGION",
+    "RTEXT",
+    "SEQEND",
+    "SHAPE",
+    "SOLID",
+    "SORTENTSTABLE",
+    "SPATIAL_FILTER",
+    "SPATIAL_INDEX",
+    "SPLINE",
+    "TEXT",
+    "TOLERANCE",
+    "TRACE",
+    "VBA_PROJECT",
+    "VERTEX",
+    "VIEWPORT",
+    "WIPEOUT",
+    "WIPEOUTVARIABLES",
+    "XLINE",
+    "XRECORD",
+};
+
 template <size_t kCount>
 std::string_view versionIn(const Since (&table)[kCount], std::string_view name) {
     const Since* end = table + kCount;
@@ -239,6 +305,11 @@ std::string_view versionOfVariable(std::string_view name) {
 
 std::string_view versionOfType(std::string_view type) {
     return versionIn(kTypes, type);
+}
+
+bool isKnownType(std::string_view type) {
+    return std::binary_search(std::begin(kOldTypes), std::end(kOldTypes), type) ||
+           !versionOfType(type).empty();
 }
 
 const TypeRules& VersionRules::of(std::string_view type) {
