@@ -1,7 +1,12 @@
 #!/usr/bin/env python3
-"""Writes docs/lisp_reference.md from the comments that stand on the twins.
+"""The texts of the manual: what stands on the twins, and the examples of all functions.
 
-A twin carries `/// (name args) -> result` and sentences behind it. --check compares instead of writing.
+    lisp_reference.py               writes docs/lisp_reference.md
+    lisp_reference.py --check       compares it instead
+    lisp_reference.py --table FILE  writes the texts as a C++ table, which the program is built with
+
+A twin carries `/// (name args) -> result` and sentences behind it. Examples stand in tests/lisp/examples, one
+file for a family; a line `; NAME` begins those of a function, up to a blank line or the next such line.
 """
 import pathlib
 import re
@@ -9,6 +14,7 @@ import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
 TARGET = ROOT / "docs" / "lisp_reference.md"
+EXAMPLES = ROOT / "tests" / "lisp" / "examples"
 TWIN = re.compile(r"((?:^///[^\n]*\n)+)KZ_TWIN\s+(\w+)_li\(", re.MULTILINE)
 
 HEAD = """# Lisp reference
@@ -47,6 +53,51 @@ def twins():
             yield path.parent.relative_to(ROOT).as_posix(), found.group(2), usage, " ".join(rest)
 
 
+def examples():
+    """Family, name and lines of each function's examples, in the order of the files."""
+    for path in sorted(EXAMPLES.glob("*.lsp")):
+        name, lines = None, []
+        for line in path.read_text(encoding="utf-8").split("\n") + [""]:
+            begins = re.fullmatch(r"; (\S+)", line)
+            if name and (begins or not line):
+                if not lines:
+                    sys.exit(f"{path}: {name} has no example")
+                yield path.stem, name, lines
+                name = None
+            if begins:
+                name, lines = begins.group(1), []
+            elif name:
+                lines.append(line)
+            elif line and not line.startswith(";;"):
+                sys.exit(f"{path}: no function is named above: {line}")
+
+
+def literal(text):
+    """A text as a C++ string literal."""
+    return '"' + text.replace("\\", "\\\\").replace('"', '\\"').replace("\n", "\\n").replace("?", "\\?") + '"'
+
+
+def table():
+    """A row {name, family, usage, result, help, examples} for each twin and each block of examples."""
+    shown = {name: (family, "\n".join(lines)) for family, name, lines in examples()}
+    rows = []
+    for folder, name, usage, text in twins():
+        form, _, result = usage.partition("->")
+        rows.append((name, folder, form.strip(), result.strip(), text, shown.pop(name, ("", ""))[1]))
+    rows += [(name, family, "", "", "", lines) for name, (family, lines) in shown.items()]
+    out = ["// Made by scripts/lisp_reference.py.", '#include "lisp_texts.h"', "", "namespace console {", "",
+           "std::span<const host::LispText> lispTexts() {", "    static const host::LispText kRows[] = {"]
+    out += ["        {" + ", ".join(literal(item) for item in row) + "}," for row in rows]
+    out += ["    };", "    return kRows;", "}", "", "}  // namespace console", ""]
+    return "\n".join(out)
+
+
+def write(path, text):
+    """Writes a file unless it says so already, so that what is built from it isn't built again."""
+    if not path.exists() or path.read_text(encoding="utf-8") != text:
+        path.write_text(text, encoding="utf-8")
+
+
 def render():
     folders = {}
     for folder, name, usage, text in twins():
@@ -64,13 +115,16 @@ def render():
 
 
 def main():
+    if "--table" in sys.argv:
+        write(pathlib.Path(sys.argv[-1]), table())
+        return
     text = render()
     if "--check" in sys.argv:
         if not TARGET.exists() or TARGET.read_text(encoding="utf-8") != text:
             sys.exit("docs/lisp_reference.md is behind the sources: run scripts/lisp_reference.py")
         print("lisp reference: up to date")
         return
-    TARGET.write_text(text, encoding="utf-8")
+    write(TARGET, text)
 
 
 if __name__ == "__main__":

@@ -1,12 +1,16 @@
-/// Code pages come from iconv; a page of single bytes is a table, one with double bytes is
-/// converted character by character. Escapes are decoded behind that.
+/// Code pages come from iconv, character by character, and what it said is kept in tables. Escapes
+/// are decoded behind that.
 #include "dxf/codec.h"
 
 #include <iconv.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdint>
+#include <map>
+#include <memory>
 #include <unordered_map>
+#include <vector>
 
 #include "kz_tls21an/text.h"
 
@@ -16,23 +20,43 @@ namespace {
 /// First unit of the range that stands for bytes without a meaning.
 constexpr char16_t kByteBase = 0xDC00;
 
-/// Name of a code page at iconv: "ANSI_1252" is "CP1252".
+bool isDigits(std::string_view text) {
+    return text.find_first_not_of("0123456789") == std::string_view::npos;
+}
+
+/// Letters in upper case and digits of a name, nothing else: "ansi-1252" is "ANSI1252".
+std::string bareName(std::string_view name) {
+    std::string bare;
+    for (const char c : name) {
+        if (c >= 'a' && c <= 'z') bare += static_cast<char>(c - 32);
+        if ((c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9')) bare += c;
+    }
+    return bare;
+}
+
+/// Name of a code page at iconv: "ANSI_1252" is "CP1252". Files name pages by ANSI_ or DOS and
+/// their number, by ISO names, and by those of East Asian standards; "ASCII" and what nobody knows
+/// is Western European.
 std::string iconvName(std::string_view code_page) {
-    static const std::unordered_map<std::string_view, const char*> kOthers = {
-        {"DOS437", "CP437"},   {"DOS850", "CP850"},   {"DOS852", "CP852"},
-        {"DOS855", "CP855"},   {"DOS857", "CP857"},   {"DOS860", "CP860"},
-        {"DOS861", "CP861"},   {"DOS863", "CP863"},   {"DOS864", "CP864"},
-        {"DOS865", "CP865"},   {"DOS866", "CP866"},   {"DOS869", "CP869"},
-        {"DOS932", "CP932"},   {"KSC5601", "CP949"},  {"JOHAB", "JOHAB"},
-        {"BIG5", "CP950"},     {"GB2312", "CP936"},   {"MACINTOSH", "MACINTOSH"},
-        {"ASCII", "CP1252"},   {"8859_1", "8859_1"},  {"ANSI_949", "CP949"},
-        {"ANSI_932", "CP932"}, {"ANSI_1361", "JOHAB"}};
-    std::string upper(code_page);
-    for (char& c : upper)
-        c = static_cast<char>(c >= 'a' && c <= 'z' ? c - 32 : c);
-    const auto found = kOthers.find(upper);
-    if (found != kOthers.end()) return found->second;
-    if (upper.starts_with("ANSI_")) return "CP" + upper.substr(5);
+    static const std::unordered_map<std::string_view, const char*> kNames = {
+        {"KSC5601", "CP949"},  {"KSC56011987", "CP949"}, {"JOHAB", "JOHAB"},
+        {"BIG5", "CP950"},     {"GB2312", "CP936"},      {"GBK", "CP936"},
+        {"SHIFTJIS", "CP932"}, {"SJIS", "CP932"},        {"MACINTOSH", "MACINTOSH"},
+        {"UTF8", "UTF-8"},     {"ASCII", "CP1252"},      {"ANSI1361", "JOHAB"},
+        {"DOS1361", "JOHAB"},  {"ANSI65001", "UTF-8"}};
+    const std::string bare = bareName(code_page);
+    if (const auto found = kNames.find(bare); found != kNames.end()) return found->second;
+    const auto number = [&bare](std::string_view prefix) {
+        return bare.starts_with(prefix) ? bare.substr(prefix.size()) : std::string();
+    };
+    for (const std::string_view prefix : {"ANSI", "DOS", "WINDOWS", "CP"}) {
+        const std::string digits = number(prefix);
+        if (digits.size() >= 3 && isDigits(digits)) return "CP" + digits;
+    }
+    for (const std::string_view prefix : {"ISO8859", "8859"}) {
+        const std::string digits = number(prefix);
+        if (!digits.empty() && isDigits(digits)) return "ISO-8859-" + digits;
+    }
     return "CP1252";
 }
 
@@ -55,12 +79,132 @@ class Converter {
         char* to = out;
         size_t left = out_size;
         if (iconv(handle_, &from, &in_size, &to, &left) != 0 || in_size != 0) return 0;
+        // Pages with combining marks hold a letter back until they know what follows.
+        iconv(handle_, nullptr, nullptr, &to, &left);
         return out_size - left;
     }
 
   private:
     iconv_t handle_;
 };
+
+void appendEscape(char16_t unit, std::string& out) {
+    static constexpr char kDigits[] = "0123456789ABCDEF";
+    out += "\\U+";
+    for (int shift = 12; shift >= 0; shift -= 4) {
+        out += kDigits[static_cast<unsigned>(unit) >> static_cast<unsigned>(shift) & 15U];
+    }
+}
+
+}  // namespace
+
+/// One code page, in both directions.
+class CodePage {
+  public:
+    /// The page that iconv knows by this name, CP1252 when there is none; kept for the life of the
+    /// program.
+    static const CodePage* named(const std::string& name) {
+        static auto& pages = *new std::map<std::string, std::unique_ptr<CodePage>>;
+        std::unique_ptr<CodePage>& page = pages[name];
+        if (page == nullptr) page = std::make_unique<CodePage>(name);
+        return page->good() || name == "CP1252" ? page.get() : named("CP1252");
+    }
+
+    explicit CodePage(const std::string& name)
+        : decoder_("UTF-16LE", name.c_str()), encoder_(name.c_str(), "UTF-16LE") {
+        for (int byte = 0; byte < 0x80; ++byte)
+            single_[static_cast<size_t>(byte)] = static_cast<char16_t>(byte);
+        for (int byte = 0x80; byte < 0x100; ++byte) {
+            const char in = static_cast<char>(byte);
+            single_[static_cast<size_t>(byte)] = decodedUnit({&in, 1});
+        }
+    }
+
+    bool good() const { return decoder_.good() && encoder_.good(); }
+
+    void decode(std::string_view bytes, std::u16string& out) const {
+        for (size_t i = 0; i < bytes.size(); ++i) {
+            const auto byte = static_cast<unsigned char>(bytes[i]);
+            const char16_t unit = single_[byte];
+            if (unit != 0 || byte == 0) {
+                out += unit;
+                continue;
+            }
+            const char16_t pair =
+                i + 1 < bytes.size()
+                    ? twoBytes(byte << 8 | static_cast<unsigned char>(bytes[i + 1]))
+                    : u'\0';
+            out += pair != 0 ? pair : static_cast<char16_t>(kByteBase + byte);
+            if (pair != 0) ++i;
+        }
+    }
+
+    /// The character of two bytes, 0 for none.
+    char16_t twoBytes(int bytes) const {
+        if (pairs_.empty()) pairs_.assign(0x10000, kUnasked);
+        char16_t& unit = pairs_[static_cast<size_t>(bytes)];
+        if (unit == kUnasked) {
+            const char in[2] = {static_cast<char>(bytes >> 8), static_cast<char>(bytes & 0xFF)};
+            unit = decodedUnit({in, 2});
+        }
+        return unit;
+    }
+
+    void encode(char16_t unit, std::string& out) const {
+        if (unit < 0x80) {
+            out += static_cast<char>(unit);
+            return;
+        }
+        if (encoded_.empty()) encoded_.assign(0x10000, Encoded{});
+        Encoded& bytes = encoded_[unit];
+        if (bytes.size == kNotAsked) bytes = encodedBytes(unit);
+        if (bytes.size == 0) {
+            appendEscape(unit, out);
+        } else {
+            out.append(bytes.bytes, static_cast<size_t>(bytes.size));
+        }
+    }
+
+  private:
+    static constexpr char16_t kUnasked = 0xFFFF;
+    static constexpr int8_t kNotAsked = -1;
+    struct Encoded {
+        char bytes[2] = {};
+        int8_t size = kNotAsked;  ///< 0 for a character that the page doesn't have
+    };
+
+    /// The one unit that the bytes are, 0 when they are none or more.
+    char16_t decodedUnit(std::string_view bytes) const {
+        char made[8];
+        if (decoder_.convert(bytes.data(), bytes.size(), made, sizeof made) != 2) return 0;
+        return static_cast<char16_t>(static_cast<unsigned char>(made[0]) |
+                                     static_cast<unsigned char>(made[1]) << 8U);
+    }
+
+    /// What decoding doesn't give back as the same character counts as missing.
+    Encoded encodedBytes(char16_t unit) const {
+        const char in[2] = {static_cast<char>(unit & 0xFFU), static_cast<char>(unit >> 8U)};
+        char made[8];
+        const size_t size = encoder_.convert(in, 2, made, sizeof made);
+        Encoded result;
+        result.size = 0;
+        if (size == 0 || size > 2) return result;
+        std::u16string back;
+        decode({made, size}, back);
+        if (back.size() != 1 || back.front() != unit) return result;
+        std::copy_n(made, size, result.bytes);
+        result.size = static_cast<int8_t>(size);
+        return result;
+    }
+
+    Converter decoder_;
+    Converter encoder_;
+    std::array<char16_t, 256> single_{};
+    mutable std::vector<char16_t> pairs_;   ///< by two bytes; empty until the first is asked for
+    mutable std::vector<Encoded> encoded_;  ///< by character; the same
+};
+
+namespace {
 
 int hexDigit(char16_t unit) {
     if (unit >= u'0' && unit <= u'9') return unit - u'0';
@@ -69,19 +213,44 @@ int hexDigit(char16_t unit) {
     return -1;
 }
 
-/// The unit behind "\U+" at `at`, or -1.
-int escapedUnit(std::u16string_view text, size_t at) {
-    if (at + 7 > text.size() || text[at + 1] != u'U' || text[at + 2] != u'+') return -1;
-    int unit = 0;
-    for (size_t i = at + 3; i < at + 7; ++i) {
+/// The number that the four hexadecimal digits at `at` spell, or -1.
+int fourDigits(std::u16string_view text, size_t at) {
+    if (at + 4 > text.size()) return -1;
+    int number = 0;
+    for (size_t i = at; i < at + 4; ++i) {
         const int digit = hexDigit(text[i]);
         if (digit < 0) return -1;
-        unit = unit * 16 + digit;
+        number = number * 16 + digit;
     }
-    return unit;
+    return number;
 }
 
-/// Replaces \U+XXXX and carets in the part of `text` behind `from`.
+/// What the escape at `at` stands for, and its length; length 0 for no escape.
+struct Escape {
+    char16_t unit = 0;
+    size_t length = 0;
+};
+
+/// Code pages of \M+nXXXX by n.
+constexpr const char* kMultibytePages[] = {"CP932", "CP950", "CP949", "JOHAB", "CP936"};
+
+Escape escapeAt(std::u16string_view text, size_t at) {
+    const std::u16string_view rest = text.substr(at);
+    if (rest.starts_with(u"\\U+")) {
+        const int unit = fourDigits(text, at + 3);
+        if (unit >= 0) return {static_cast<char16_t>(unit), 7};
+    } else if (rest.starts_with(u"\\M+") && rest.size() >= 8) {
+        const int page = rest[3] - u'1';
+        const int bytes = fourDigits(text, at + 4);
+        if (page >= 0 && page < 5 && bytes >= 0) {
+            const char16_t unit = CodePage::named(kMultibytePages[page])->twoBytes(bytes);
+            if (unit != 0) return {unit, 8};
+        }
+    }
+    return {};
+}
+
+/// Replaces \U+XXXX, \M+nXXXX and carets in the part of `text` behind `from`.
 void decodeEscapes(std::u16string& text, size_t from) {
     const size_t first = text.find_first_of(u"\\^", from);
     if (first == std::u16string::npos) return;
@@ -89,10 +258,10 @@ void decodeEscapes(std::u16string& text, size_t from) {
     for (size_t i = first; i < text.size(); ++i) {
         char16_t unit = text[i];
         if (unit == u'\\') {
-            const int escaped = escapedUnit(text, i);
-            if (escaped >= 0) {
-                unit = static_cast<char16_t>(escaped);
-                i += 6;
+            const Escape escape = escapeAt(text, i);
+            if (escape.length != 0) {
+                unit = escape.unit;
+                i += escape.length - 1;
             }
         } else if (unit == u'^' && i + 1 < text.size()) {
             const char16_t next = text[i + 1];
@@ -108,14 +277,6 @@ void decodeEscapes(std::u16string& text, size_t from) {
     text.resize(out);
 }
 
-void appendEscape(char16_t unit, std::string& out) {
-    static constexpr char kDigits[] = "0123456789ABCDEF";
-    out += "\\U+";
-    for (int shift = 12; shift >= 0; shift -= 4) {
-        out += kDigits[static_cast<unsigned>(unit) >> static_cast<unsigned>(shift) & 15U];
-    }
-}
-
 /// True for the lone surrogate that stands for the byte `unit - kByteBase`.
 bool isKeptByte(std::u16string_view text, size_t at) {
     const char16_t unit = text[at];
@@ -125,80 +286,10 @@ bool isKeptByte(std::u16string_view text, size_t at) {
 
 }  // namespace
 
-/// One code page, in both directions.
-class CodePage {
-  public:
-    explicit CodePage(const std::string& name)
-        : decoder_("UTF-16LE", name.c_str()), encoder_(name.c_str(), "UTF-16LE") {
-        for (int byte = 0; byte < 256; ++byte)
-            fillTable(byte);
-    }
-
-    bool good() const { return decoder_.good() && encoder_.good(); }
-
-    void decode(std::string_view bytes, std::u16string& out) const {
-        for (size_t i = 0; i < bytes.size(); ++i) {
-            const auto byte = static_cast<unsigned char>(bytes[i]);
-            const char16_t unit = table_[byte];
-            if (unit != 0 || byte == 0) {
-                out += unit;
-                continue;
-            }
-            char made[8];
-            const size_t size =
-                i + 1 < bytes.size() ? decoder_.convert(bytes.data() + i, 2, made, sizeof made) : 0;
-            if (size == 2) {
-                out += static_cast<char16_t>(static_cast<unsigned char>(made[0]) |
-                                             static_cast<unsigned char>(made[1]) << 8U);
-                ++i;
-            } else {
-                out += static_cast<char16_t>(kByteBase + byte);
-            }
-        }
-    }
-
-    void encode(char16_t unit, std::string& out) const {
-        if (unit < 0x80) {
-            out += static_cast<char>(unit);
-            return;
-        }
-        const char in[2] = {static_cast<char>(unit & 0xFFU), static_cast<char>(unit >> 8U)};
-        char made[8];
-        const size_t size = encoder_.convert(in, 2, made, sizeof made);
-        if (size == 0) {
-            appendEscape(unit, out);
-        } else {
-            out.append(made, size);
-        }
-    }
-
-  private:
-    void fillTable(int byte) {
-        const char in = static_cast<char>(byte);
-        char made[8];
-        const bool alone = byte < 0x80 || decoder_.convert(&in, 1, made, sizeof made) == 2;
-        if (byte < 0x80) {
-            table_[static_cast<size_t>(byte)] = static_cast<char16_t>(byte);
-        } else if (alone) {
-            table_[static_cast<size_t>(byte)] = static_cast<char16_t>(
-                static_cast<unsigned char>(made[0]) | static_cast<unsigned char>(made[1]) << 8U);
-        }
-    }
-
-    Converter decoder_;
-    Converter encoder_;
-    std::array<char16_t, 256> table_{};
-};
-
-TextCodec::TextCodec() = default;
-TextCodec::~TextCodec() = default;
-TextCodec::TextCodec(TextCodec&&) noexcept = default;
-TextCodec& TextCodec::operator=(TextCodec&&) noexcept = default;
-
 TextCodec::TextCodec(std::string_view version, std::string_view code_page) {
     if (version >= "AC1021") return;
-    page_ = std::make_unique<CodePage>(iconvName(code_page));
-    if (!page_->good()) page_ = std::make_unique<CodePage>("CP1252");
+    const std::string name = iconvName(code_page);
+    if (name != "UTF-8") page_ = CodePage::named(name);
 }
 
 void TextCodec::decode(std::string_view bytes, std::u16string& out) const {

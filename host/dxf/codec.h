@@ -1,10 +1,10 @@
 /// Text of a drawing file to UTF-16 and back: the drawing's code page before R2007, UTF-8 since
-/// then, \U+XXXX in both, carets for control characters. Bytes that the encoding doesn't know
-/// become lone surrogates (U+DC00 + byte) and go back to the same bytes.
+/// then, \U+XXXX and \M+nXXXX (two bytes of an East Asian code page; read, never written) in both,
+/// carets for control characters. Bytes that the encoding doesn't know become lone surrogates
+/// (U+DC00 + byte) and go back to the same bytes.
 #ifndef HOST_DXF_CODEC_H
 #define HOST_DXF_CODEC_H
 
-#include <memory>
 #include <string>
 #include <string_view>
 
@@ -15,12 +15,10 @@ class CodePage;
 class TextCodec {
   public:
     /// UTF-8, as drawings since R2007 are.
-    TextCodec();
-    /// Of a drawing with this $ACADVER and $DWGCODEPAGE; an unknown code page counts as ANSI_1252.
+    TextCodec() = default;
+    /// Of a drawing with this $ACADVER and $DWGCODEPAGE; the code page is spelled in
+    /// any of the usual ways, an unknown one counts as ANSI_1252.
     TextCodec(std::string_view version, std::string_view code_page);
-    ~TextCodec();
-    TextCodec(TextCodec&&) noexcept;
-    TextCodec& operator=(TextCodec&&) noexcept;
 
     bool isUtf8() const { return page_ == nullptr; }
     /// Appends the decoded text, escapes and carets resolved.
@@ -33,7 +31,7 @@ class TextCodec {
     size_t storedLength(std::u16string_view text) const;
 
   private:
-    std::unique_ptr<CodePage> page_;
+    const CodePage* page_ = nullptr;  ///< one for all codecs that name it
 };
 
 }  // namespace host::dxf

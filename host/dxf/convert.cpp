@@ -142,7 +142,7 @@ class LeftOut {
     /// Types that the section CLASSES declares, which stands in front of all objects.
     void readClasses() {
         const std::string_view image = database_.image();
-        PairCursor cursor(image.data(), image.data() + image.size());
+        PairCursor cursor(image.data() + markSize(image), image.data() + image.size());
         Pair pair;
         bool in_classes = false;
         bool begins = false;
@@ -257,7 +257,9 @@ class VersionConverter {
 
     void walk(std::string_view piece, uint64_t before, Progress& progress) {
         const char* end = piece.data() + piece.size();
-        PairCursor cursor(piece.data(), end);
+        const size_t mark = before == 0 ? markSize(piece) : 0;
+        if (mark > 0 && codec_.isUtf8()) out_.keep(piece.data(), piece.data() + mark);
+        PairCursor cursor(piece.data() + mark, end);
         Pair pair;
         const char* told = piece.data();
         while (!ended_ && cursor.next(pair)) {

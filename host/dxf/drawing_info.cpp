@@ -137,7 +137,7 @@ class Describer {
 
     /// The line in front of the one at `at`, without blanks.
     std::string_view lineBefore(const char* at) const {
-        const char* begin = database_.image().data();
+        const char* begin = database_.image().data() + dxf::markSize(database_.image());
         if (at == begin) return {};
         const char* end = at - 1;
         const char* line = end;

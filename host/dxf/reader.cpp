@@ -36,12 +36,12 @@ std::string quoted(std::string_view text) {
 bool isSubEntity(std::string_view type) {
     return type == "VERTEX" || type == "ATTRIB" || type == "SEQEND";
 }
-
 class Reader {
   public:
     explicit Reader(Database& database)
         : database_(database),
-          cursor_(database.image().data(), database.image().data() + database.image().size()),
+          cursor_(database.image().data() + markSize(database.image()),
+                  database.image().data() + database.image().size()),
           progress_(Work::Reading, database.image().size()) {}
 
     void read() {

@@ -64,6 +64,15 @@ struct LispFunction {
     std::string usage;    ///< the form with its arguments; empty for native and user functions
     std::string help;     ///< one sentence; empty for native and user functions
 };
+/// What the manual says of a function beyond its row.
+struct LispText {
+    const char* name;
+    const char* family;    ///< folder or file that the function comes from
+    const char* usage;     ///< the form with its arguments; empty for what has a row of its own
+    const char* result;    ///< what it gives; may be empty
+    const char* help;      ///< sentences; empty for what has a row of its own
+    const char* examples;  ///< lines "FORM ; => VALUE"; may be empty
+};
 /// All functions that can be called now, by name.
 HOST_API std::vector<LispFunction> lispFunctions();
 /// True for the name of a symbol that has a value, in any case.

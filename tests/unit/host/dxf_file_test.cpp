@@ -188,6 +188,11 @@ TEST_F(DxfFile, text_follows_the_encoding_of_the_version) {
     EXPECT_NE(save().find("a\xFF\xFE b!\n"), std::string::npos);
 }
 
+TEST_F(DxfFile, a_byte_order_mark_is_passed_over) {
+    ASSERT_EQ(open("\xEF\xBB\xBF" + drawing(line("30"))), "");
+    EXPECT_TRUE(save().starts_with("\xEF\xBB\xBF"));
+}
+
 TEST_F(DxfFile, new_text_is_written_in_the_encoding_of_the_version) {
     const auto written = [this](const std::string& version, const std::string& page) {
         EXPECT_EQ(open(drawing(line("30"), version, page)), "");
