@@ -301,9 +301,9 @@ class VersionConverter {
     void keepAll() { out_.keep(pairs_.front().begin, pairs_.back().end); }
 
     bool mustRecode() const {
-        return recodes_ &&
-               hasHighBytes({pairs_.front().begin,
-                             static_cast<size_t>(pairs_.back().end - pairs_.front().begin)});
+        return recodes_ && transcoder_.concerns(
+                               {pairs_.front().begin,
+                                static_cast<size_t>(pairs_.back().end - pairs_.front().begin)});
     }
 
     // --- new text -------------------------------------------------------------------------------
@@ -335,7 +335,7 @@ class VersionConverter {
     }
 
     void writeRecoded(const Pair& pair) {
-        if (!recodes_ || !hasHighBytes(pair.value)) {
+        if (!recodes_ || !transcoder_.concerns(pair.value)) {
             out_.keep(pair.begin, pair.end);
             return;
         }
