@@ -78,6 +78,17 @@ uint64_t Tag::handleValue() const {
     return handle;
 }
 
+std::string_view Tag::source() const {
+    const auto* source = std::get_if<Source>(&value_);
+    return source == nullptr ? std::string_view{} : std::string_view(source->begin, source->size);
+}
+
+void Tag::takeComment(const dxf::Pair& comment) {
+    if (auto* source = std::get_if<Source>(&value_)) {
+        source->size = static_cast<uint32_t>(comment.end - source->begin);
+    }
+}
+
 void Tag::write(const dxf::TextCodec& codec, std::string& out) const {
     if (const auto* source = std::get_if<Source>(&value_)) {
         out.append(source->begin, source->size);
