@@ -186,6 +186,9 @@ class LeftOut {
 
     Kind kindOf(const std::string& type) const {
         if (versionOfType(type) > target_ && declared_.count(type) == 0) return Kind::Later;
+        // Programs go by the version of the file, and would not understand the other form.
+        const std::string_view form = versionOfForm(type);
+        if (!form.empty() && (target_ < form) != (database_.version() < form)) return Kind::Later;
         // Since R2013 the shapes of bodies are binary and lie in a section of their own.
         const bool moved = target_ < kR2013 && database_.version() >= kR2013;
         return moved && isBody(type) ? Kind::Body : Kind::Fit;
@@ -354,6 +357,11 @@ class VersionConverter {
         const std::string_view name =
             pairs_.front().code == 9 ? trimmed(pairs_.front().value) : std::string_view();
         if (versionOfVariable(name) > target_) return;
+        uint64_t handle = 0;
+        if (left_out_.any() && isReference(pairs_.back().code) &&
+            parseHandle(pairs_.back().value, handle) && left_out_.contains(handle)) {
+            return;
+        }
         if (name == "$ACADVER" && pairs_.size() > 1) {
             writePair(9, name);
             writePair(1, target_);

@@ -292,7 +292,14 @@ const std::vector<GroupRule>& groupRules() {
         {kR2010, "VERTEX", "AcDbVertex", Which::All, Loss::None, {91}},
         {kR2004, "MLINESTYLE", "AcDbMlineStyle", Which::All, Loss::Colour, {420, 430}},
         {kR2007, "3DSOLID", "AcDb3dSolid", Which::All, Loss::None, {100, 350}},
-        {kR2004, "CLASS", "", Which::All, Loss::None, {91}},
+        {kR2010, "MULTILEADER", "AcDbMLeader", Which::All, Loss::None, {270, 271, 272, 273}},
+        {kR2010,
+         "MLEADERSTYLE",
+         "AcDbMLeaderStyle",
+         Which::All,
+         Loss::None,
+         {179, 271, 272, 273, 298}},
+        {kR2010, "ACAD_TABLE", "AcDbTable", Which::All, Loss::None, {280}},
     };
     return rules;
 }
@@ -305,6 +312,10 @@ std::string_view versionOfVariable(std::string_view name) {
 
 std::string_view versionOfType(std::string_view type) {
     return versionIn(kTypes, type);
+}
+
+std::string_view versionOfForm(std::string_view type) {
+    return type == "VISUALSTYLE" ? kR2010 : std::string_view();
 }
 
 bool isKnownType(std::string_view type) {

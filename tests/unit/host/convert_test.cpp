@@ -87,6 +87,11 @@ TEST_F(Convert, groups_of_later_versions_go_and_all_else_stays) {
          "0 LWPOLYLINE | 5 31 | 330 1F | 100 AcDbEntity | 8 0 | 100 AcDbPolyline | 90 2 | 10 0 | "
          "20 0 | 10 1 | 20 1",
          "1 gradient became a plain filling"},
+        {"styles of views have another form since R2010", "AC1032", "2007",
+         "0 VISUALSTYLE | 5 31 | 330 1F | 100 AcDbVisualStyle | 2 x | 0 VIEWPORT | 5 30 | 330 1F | "
+         "100 AcDbEntity | 8 0 | 348 31 | 100 AcDbViewport | 10 0 | 348 31",
+         "0 VIEWPORT | 5 30 | 330 1F | 100 AcDbEntity | 8 0 | 100 AcDbViewport | 10 0 | 348 0",
+         "1 VISUALSTYLE left out"},
         {"an attribute's version number and lock", "AC1032", "2007",
          "0 ATTDEF | 5 30 | 330 1F | 100 AcDbEntity | 8 0 | 100 AcDbText | 1 v | "
          "100 AcDbAttributeDefinition | 280 0 | 3 p | 2 TAG | 70 0 | 280 1",
