@@ -49,14 +49,12 @@ def check(path, chance):
     changes = " ".join(f'"{number.decode()}"' for number in wanted if number)
     _, errors = run("eval", "-d", path, "-s", saved, '(regapp "KZ_TEST")',
                     f"(foreach h (list {changes}) (if (and (setq e (handent h)) (setq d (entget e))) (entmod"
-                    ' (append d (list (list -3 (list "KZ_TEST" (cons 1070 7))))))))', '(setvar "CMDECHO" 0)',
-                    '(progn (command "_undo" "_be") (entmake (quote ((0 . "POINT") (10 1 2 3)))) (entdel (entlast))'
-                    ' (command "_undo" "_e"))')
+                    ' (append d (list (list -3 (list "KZ_TEST" (cons 1070 7))))))))',)
     after = objects(saved)
     added = 0
     found = {handle(part): part for part in after}
     for part in before:
-        if handle(part) == b"":
+        if handle(part) == b"" or kind(part) == b"SECTION":
             continue
         new = found.get(handle(part), b"")
         if new == part:
@@ -69,7 +67,7 @@ def check(path, chance):
                f"{path.name}: {kind(part).decode()} {handle(part).decode()} changed in more than its data")
         expect((b"\r\n" in new) == (b"\r\n" in part), f"{path.name}: line ends")
     expect(added > 0, f"{path.name}: nothing changed")
-    expect(len(after) - len(before) in (0, 1), f"{path.name}: {len(before)} objects, {len(after)} saved")
+    expect(len(after) - len(before) == 1 or path.name.startswith("bad_"), f"{path.name}: {len(before)} objects, {len(after)} saved")
 
 
 random_numbers = random.Random(7)

@@ -259,7 +259,7 @@ TEST_F(DxfFile, odd_spellings_and_comments_of_a_changed_object_stay) {
     const Chain list(acutBuildList(-1, Ename(u"30").name, 8, u"Locked", 0));
     ASSERT_EQ(acdbEntMod(list.get()), RTNORM);
     std::string changed = head + odd;
-    changed.replace(changed.find("8\n0\n999\nbehind the layer\n"), 26, "  8\nLocked\n");
+    changed.replace(changed.find("8\n0\n999\nbehind the layer\n"), 25, "  8\nLocked\n");
     changed.insert(7, "999\nbehind the layer\n");
     EXPECT_NE(save().find(changed + data), std::string::npos);
 }
