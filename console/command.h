@@ -30,6 +30,7 @@ Run definePlot(Options& options);
 Run defineGroups(Options& options);
 Run defineFields(Options& options);
 Run defineCheck(Options& options);
+Run defineHelp(Options& options);
 
 /// A row of the table of commands.
 struct Command {

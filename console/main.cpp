@@ -33,6 +33,7 @@ int main(int argc, char** argv) {
             {"plot", "Draw a picture of a drawing", console::definePlot},
             {"groups", "List the groups of a drawing", console::defineGroups},
             {"fields", "List the fields that applications keep on entities", console::defineFields},
+            {"help", "Tell what the manual says of functions and commands", console::defineHelp},
             {"check", "Check the groups of a drawing, and repair them", console::defineCheck},
         }};
     const console::ProgressBar progress;

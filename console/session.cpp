@@ -14,6 +14,7 @@
 #include "kz/kz_error.h"
 #include "kz_tls21an/diag.h"
 #include "kz_tls21an/text.h"
+#include "lisp_texts.h"
 #include "options.h"
 
 namespace console {
@@ -102,6 +103,7 @@ void addSessionOptions(Options& line, SessionOptions& options, bool withFiles) {
     }
     line.file("--input", options.input, "Text file whose lines answer prompts");
     line.value("--trace", options.trace, "LEVEL[:MASK]", "Let trace statements speak on stderr");
+    line.flag("--backtrace", options.backtrace, "Show errors with the forms that led there");
     line.flag("--no-suite", options.noSuite, "Do without the suite's services");
 }
 
@@ -115,6 +117,8 @@ void addSaveOptions(Options& line, SessionOptions& options) {
 Status openSession(const SessionOptions& options) {
     if (!options.trace.empty() && !startTrace(options.trace)) return kWrongUsage;
     if (!loadLibraries(!options.noSuite)) return kFileError;
+    host::setLispTexts(lispTexts());
+    host::showBacktraces(options.backtrace);
     if (!options.input.empty() && !feedInput(options.input)) return kFileError;
     if (options.drawing.empty()) {
         host::newDrawing();

@@ -19,10 +19,11 @@ struct SessionOptions {
     std::string version;  ///< that is saved; empty for the drawing's
     bool backup = false;  ///< a file that is replaced stays as NAME.bak
     bool force = false;   ///< save over what others changed
+    bool backtrace = false;  ///< errors are shown with their chain of forms
     bool noSuite = false;
 };
 
-/// Adds --input, --trace and --no-suite to a command, and with `withFiles` -d, -s and how it saves.
+/// Adds --input, --trace, --backtrace and --no-suite to a command, and with `withFiles` -d, -s and how it saves.
 void addSessionOptions(Options& line, SessionOptions& options, bool withFiles);
 /// Adds --version, --backup and --force to a command that saves.
 void addSaveOptions(Options& line, SessionOptions& options);

@@ -83,6 +83,11 @@ std::span<const Builtin> tableBuiltins();
 std::span<const Builtin> selectionBuiltins();
 std::span<const Builtin> variableBuiltins();
 std::span<const Builtin> inputBuiltins();
+std::span<const Builtin> pathBuiltins();
+std::span<const Builtin> environmentBuiltins();
+std::span<const Builtin> screenBuiltins();
+std::span<const Builtin> moduleBuiltins();
+std::span<const Builtin> helpBuiltins();
 
 }  // namespace host::lisp
 

@@ -131,6 +131,7 @@ Value defunForm(Interpreter& in, const Cons* form) {
     checkOperands(in, form, 2, kAnyNumber);
     Symbol* const name = symbolArg(in, operand(form, 1));
     name->value = in.makeFunction(behind(form, 2), name);
+    name->value.object()->place = form->place;
     return operand(form, 1);
 }
 

@@ -1,4 +1,5 @@
 /// Entities of the drawing as lists.
+#include "db/database.h"
 #include "lisp/builtin.h"
 #include "lisp/entity_list.h"
 #include "lisp/interpreter.h"
@@ -107,6 +108,41 @@ Value regapp(Interpreter& in, Args args) {
     return acdbRegApp(application.c_str()) == RTNORM ? args[0] : Value();
 }
 
+/// Size of the XDATA in a chain as the limit of objects counts it; -1 for what is none.
+int32_t sizeOfXData(const resbuf* chain) {
+    const Database* drawing = currentDatabase();
+    XData data;
+    if (drawing == nullptr || packXData(chain, drawing->codec(), data) != Acad::eOk) return -1;
+    return static_cast<int32_t>(xdataSize(data));
+}
+
+Value xdsize(Interpreter& in, Args args) {
+    const Value& list = listArg(in, args[0]);
+    // The group -3 itself, a list that holds it, or its applications.
+    const Value first = list.isCons() ? list.cons()->car : Value();
+    const bool holds = first.isCons() && first.cons()->car.isInteger();
+    const Value whole = holds               ? list
+                        : first.isInteger() ? makeList(list)
+                                            : makeList(makeCons(Value::integer(-3), list));
+    ChainBuilder chain(in);
+    addEntityList(in, chain, whole);
+    const int32_t size = sizeOfXData(chain.get());
+    return size < 0 ? Value() : Value::integer(size);
+}
+
+Value xdroom(Interpreter& in, Args args) {
+    const EntityName* entity = entityArg(in, args[0]);
+    ChainBuilder all(in);
+    all.addText(RTSTR, u"*");
+    const OwnedChain chain(acdbEntGetX(entity->name, all.get()));
+    if (!chain) return {};
+    const resbuf* node = chain.get();
+    while (node && node->restype != -3)
+        node = node->rbnext;
+    const int32_t used = node ? sizeOfXData(node) : 0;
+    return Value::integer(static_cast<int32_t>(kXDataLimit) - used);
+}
+
 const Builtin kRows[] = {
     {"entget", 1, 2, entget, "(entget entity [applications])",
      "Groups of an entity, with the XDATA of the named applications."},
@@ -116,6 +152,9 @@ const Builtin kRows[] = {
      "Makes an entity; gives the list (at the end of a block its name), nil when it is refused."},
     {"entmakex", 0, 1, entmakex, "(entmakex [list])",
      "Makes an entity or object; gives its name, nil when it is refused."},
+    {"xdsize", 1, 1, xdsize, "(xdsize list)",
+     "Bytes that an XDATA list takes; nil for what is none."},
+    {"xdroom", 1, 1, xdroom, "(xdroom entity)", "Bytes of XDATA that an entity has room for."},
     {"entdel", 1, 1, entdel, "(entdel entity)", "Erases an entity, or brings an erased one back."},
     {"entnext", 0, 1, entnext, "(entnext [entity])",
      "Entity behind another, or the first one; parts of complex entities are met too."},

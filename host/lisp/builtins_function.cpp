@@ -95,12 +95,36 @@ Value defunqListSet(Interpreter& in, Args args) {
     return args[0];
 }
 
+/// Marks the functions that symbols hold; gives the last one marked.
+Value markTraced(Interpreter& in, const Cons* form, bool traced) {
+    Value last;
+    for (const Value* rest = &form->cdr; rest->isCons(); rest = &rest->cons()->cdr) {
+        const Value& name = rest->cons()->car;
+        const Value& function = symbolArg(in, name)->value;
+        if (!function.is(Kind::UserFunction)) continue;
+        function.as<UserFunction>()->traced = traced;
+        last = name;
+    }
+    return last;
+}
+
+Value traceForm(Interpreter& in, const Cons* form) {
+    return markTraced(in, form, true);
+}
+Value untraceForm(Interpreter& in, const Cons* form) {
+    return markTraced(in, form, false);
+}
+
 const Builtin kRows[] = {
     {"eval", 1, 1, evalOf, "(eval expression)", "Value of an expression that is data."},
     {"apply", 2, 2, apply, "(apply function list)",
      "Calls a function with the elements of a list."},
     {"mapcar", 2, kAnyNumber, mapcar, "(mapcar function list ...)",
      "List of the values of a function over the elements of one or more lists."},
+    {"trace", Operands::Raw, traceForm, "(trace function ...)",
+     "Shows calls of functions made by defun, and what they give; gives the last name."},
+    {"untrace", Operands::Raw, untraceForm, "(untrace function ...)",
+     "Ends what trace began; gives the last name."},
     {"exit", 0, 0, exitOf, "(exit)", "Ends the running evaluation as an error does."},
     {"quit", 0, 0, exitOf, "(quit)", "Ends the running evaluation as an error does."},
     {"vl-catch-all-apply", 1, 2, catchAllApply, "(vl-catch-all-apply function [list])",

@@ -1,8 +1,11 @@
 /// Points as lists of two or three numbers.
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 
 #include "acad/ed.h"
+#include "acad/ge.h"
+#include "edit/unit_table.h"
 #include "lisp/builtin.h"
 #include "lisp/interpreter.h"
 
@@ -123,6 +126,51 @@ Value osnap(Interpreter& in, Args args) {
     return acedOsnap(point, modes.c_str(), out) == RTNORM ? pointValue(out) : Value();
 }
 
+/// Where the lines through two pairs of points meet: in space when all points have a z, else in the
+/// plane.
+Value inters(Interpreter& in, Args args) {
+    Point points[4];
+    bool flat = false;
+    for (size_t i = 0; i < 4; ++i) {
+        points[i] = pointArg(in, args[i]);
+        flat = flat || points[i].flat;
+    }
+    const bool bounded = args.size() < 5 || args[4];
+    const auto vector = [&](size_t from, size_t to) {
+        return AcGeVector3d(points[to].x - points[from].x, points[to].y - points[from].y,
+                            flat ? 0.0 : points[to].z - points[from].z);
+    };
+    const AcGeVector3d first = vector(0, 1), second = vector(2, 3), between = vector(0, 2);
+    const AcGeVector3d normal = first.crossProduct(second);
+    const double size = normal.dotProduct(normal);
+    const double scale = first.dotProduct(first) * second.dotProduct(second);
+    if (size <= 1e-20 * scale || scale == 0) return {};
+    const double along = between.crossProduct(second).dotProduct(normal) / size;
+    const double other = between.crossProduct(first).dotProduct(normal) / size;
+    const AcGeVector3d gap = between + second * other - first * along;
+    if (gap.dotProduct(gap) > 1e-16 * std::max(scale, 1.0)) return {};
+    const auto inside = [](double part) { return part >= -1e-10 && part <= 1 + 1e-10; };
+    if (bounded && !(inside(along) && inside(other))) return {};
+    const Value x = Value::real(points[0].x + first.x * along);
+    const Value y = Value::real(points[0].y + first.y * along);
+    if (flat) return makeList(x, y);
+    return makeList(x, y, Value::real(points[0].z + first.z * along));
+}
+
+/// A number, or each number of a list, in another unit.
+Value convertUnit(Interpreter& in, Args args) {
+    const auto change = unitChange(textArg(in, args[1]), textArg(in, args[2]));
+    const auto converted = [&](const Value& value) {
+        const double number = numberArg(in, value);
+        return change ? Value::real(number * change->factor + change->offset) : Value();
+    };
+    if (!args[0].isCons()) return converted(args[0]);
+    ListBuilder list;
+    for (const Value* rest = &args[0]; rest->isCons(); rest = &rest->cons()->cdr)
+        list.add(converted(rest->cons()->car));
+    return change ? list.take() : Value();
+}
+
 const Builtin kRows[] = {
     {"distance", 2, 2, distance, "(distance point point)",
      "Distance of two points; in the plane when one has no z."},
@@ -130,6 +178,10 @@ const Builtin kRows[] = {
      "Direction from one point to another, in radians from the x axis."},
     {"polar", 3, 3, polar, "(polar point angle distance)",
      "Point in a direction and distance from another."},
+    {"inters", 4, 5, inters, "(inters point1 point2 point3 point4 [bounded])",
+     "Where two lines meet, with nil for bounded beyond their ends too; nil when they don't."},
+    {"cvunit", 3, 3, convertUnit, "(cvunit number from to)",
+     "A number, or a list of numbers, in another unit; nil when the units don't go together."},
     {"trans", 3, 4, trans, "(trans point from to [displacement])",
      "Point or displacement from one coordinate system to another; nil for an unknown one."},
     {"osnap", 2, 2, osnap, "(osnap point modes)",

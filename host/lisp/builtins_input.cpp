@@ -2,6 +2,7 @@
 #include <algorithm>
 
 #include "acad/ed.h"
+#include "command/command.h"
 #include "command/run.h"
 #include "edit/input.h"
 #include "lisp/builtin.h"
@@ -243,6 +244,29 @@ Value commandS(Interpreter& in, Args args) {
     return {};
 }
 
+/// All arguments are evaluated before the first one is given. Gives T unless the command broke off.
+Value commandFunction(Interpreter& in, Args args) {
+    if (!runningCommand().empty() && !RestingCommand::exists()) return {};
+    if (args.empty()) RestingCommand::cancel();
+    for (const Value& arg : args) {
+        if (RestingCommand::feed(tokenOf(in, arg)) != CommandEnd::Done) return {};
+    }
+    return in.truth(true);
+}
+
+/// Commands have one name here, which the underscore makes the one of every language.
+Value commandName(Interpreter& in, Args args) {
+    std::u16string_view name = textArg(in, args[0]);
+    const Command* found = findCommand(name);
+    if (found == nullptr) return {};
+    return name.starts_with(u'_') ? makeText(found->name) : makeText(u"_", found->name);
+}
+
+Value commandVersion(Interpreter& in, Args args) {
+    if (!args.empty()) integerArg(in, args[0]);
+    return {};
+}
+
 const Builtin kRows[] = {
     {"initget", 0, 2, initget, "(initget [bits] [keywords])",
      "Prepares the next input function: refused answers and keywords."},
@@ -269,6 +293,12 @@ const Builtin kRows[] = {
      "The same, or without asking at a point; the way to the world is a matrix of four rows."},
     {"command", Operands::Evaluated, command, "(command [argument ...])",
      "Runs commands and answers their prompts; without arguments cancels; gives nil."},
+    {"vl-cmdf", 0, kAnyNumber, commandFunction, "(vl-cmdf [argument ...])",
+     "As command, with all arguments evaluated first; T unless the command broke off."},
+    {"getcname", 1, 1, commandName, "(getcname name)",
+     "Name of a command with an underscore, or without for one that has it; nil for none."},
+    {"initcommandversion", 0, 1, commandVersion, "(initcommandversion [version])",
+     "Chooses another version of the next command on a seat; here each has one."},
     {"command-s", 1, kAnyNumber, commandS, "(command-s argument ...)",
      "Runs commands that ask for no more than what is given; gives nil."},
 };

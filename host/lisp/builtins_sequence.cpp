@@ -1,6 +1,7 @@
 /// Lists under a function: removing, searching, sorting.
 #include <algorithm>
 
+#include "kz_tls21an/text.h"
 #include "lisp/builtin.h"
 #include "lisp/compare.h"
 #include "lisp/interpreter.h"
@@ -157,8 +158,10 @@ Value sortTexts(Interpreter& in, Args args) {
         textArg(in, rest->cons()->car);
         texts.push_back(rest->cons()->car);
     }
-    std::stable_sort(texts.begin(), texts.end(),
-                     [](const Value& a, const Value& b) { return a.text() < b.text(); });
+    std::stable_sort(texts.begin(), texts.end(), [](const Value& a, const Value& b) {
+        const int order = kz::compareNoCase(a.text(), b.text());
+        return order != 0 ? order < 0 : a.text() < b.text();
+    });
     ListBuilder list;
     for (Value& text : texts)
         list.add(std::move(text));
@@ -186,7 +189,8 @@ const Builtin kRows[] = {
      "The list in the order of a comparison; equal integers are kept once."},
     {"vl-sort-i", 2, 2, sortIndices, "(vl-sort-i list function)",
      "Indices of the elements in the order of a comparison."},
-    {"acad_strlsort", 1, 1, sortTexts, "(acad_strlsort list)", "Texts in alphabetical order."},
+    {"acad_strlsort", 1, 1, sortTexts, "(acad_strlsort list)",
+     "Texts in alphabetical order, in any case."},
 };
 
 }  // namespace

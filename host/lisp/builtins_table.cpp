@@ -1,4 +1,9 @@
 /// Symbol tables and dictionaries.
+#include <algorithm>
+#include <string>
+#include <utility>
+#include <vector>
+
 #include "lisp/builtin.h"
 #include "lisp/entity_list.h"
 #include "lisp/interpreter.h"
@@ -73,6 +78,35 @@ Value snvalid(Interpreter& in, Args args) {
     return in.truth(acdbSNValid(name.c_str(), bool(optionalArg(args, 1))) == RTNORM);
 }
 
+/// Names of the layouts of paper space in the order of their tabs.
+Value layoutlist(Interpreter&, Args) {
+    ads_name root, layouts;
+    if (acdbNamedObjDict(root) != RTNORM) return {};
+    const OwnedChain found(acdbDictSearch(root, u"ACAD_LAYOUT", 0));
+    if (!found || found->restype != -1) return {};
+    ads_name_set(found->resval.rlname, layouts);
+    std::vector<std::pair<int, std::u16string>> names;
+    for (int rewind = 1;; rewind = 0) {
+        const OwnedChain layout(acdbDictNext(layouts, rewind));
+        if (!layout) break;
+        int tab = 0;
+        bool own = false;  // groups in front are those of the plot settings
+        std::u16string name;
+        for (const resbuf* node = layout.get(); node; node = node->rbnext) {
+            if (node->restype == 100)
+                own = std::u16string_view(node->resval.rstring) == u"AcDbLayout";
+            if (own && node->restype == 1) name = node->resval.rstring;
+            if (own && node->restype == 71) tab = node->resval.rint;
+        }
+        if (tab > 0) names.emplace_back(tab, name);
+    }
+    std::sort(names.begin(), names.end());
+    ListBuilder list;
+    for (const auto& [tab, name] : names)
+        list.add(makeText(name));
+    return list.take();
+}
+
 const Builtin kRows[] = {
     {"tblsearch", 2, 3, tblsearch, "(tblsearch table name [set-next])",
      "Groups of a table record; nil for none."},
@@ -91,6 +125,8 @@ const Builtin kRows[] = {
      "Takes an entry out; gives the object's name."},
     {"dictrename", 3, 3, dictrename, "(dictrename dictionary old new)",
      "Gives an entry another key."},
+    {"layoutlist", 0, 0, layoutlist, "(layoutlist)",
+     "Names of the layouts of paper space in the order of their tabs."},
     {"snvalid", 1, 2, snvalid, "(snvalid name [allow-pipe])",
      "T for a valid name of a table record."},
 };

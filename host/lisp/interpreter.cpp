@@ -27,11 +27,23 @@ constexpr size_t kStackReserve = size_t{512} * 1024;
 /// below the stack of the main thread, whatever limit the program was started with.
 constexpr size_t kLargestStack = size_t{64} * 1024 * 1024;
 
-constexpr std::span<const Builtin> (*kFamilies[])() = {
-    controlBuiltins,  functionBuiltins,   symbolBuiltins,   numberBuiltins,
-    listBuiltins,     sequenceBuiltins,   textBuiltins,     fileBuiltins,
-    geometryBuiltins, conversionBuiltins, printBuiltins,    entityBuiltins,
-    tableBuiltins,    selectionBuiltins,  variableBuiltins, inputBuiltins};
+struct Family {
+    const char* name;
+    std::span<const Builtin> (*rows)();
+};
+const Family kFamilies[] = {
+    {"control", controlBuiltins},   {"function", functionBuiltins},
+    {"symbol", symbolBuiltins},     {"number", numberBuiltins},
+    {"list", listBuiltins},         {"sequence", sequenceBuiltins},
+    {"text", textBuiltins},         {"conversion", conversionBuiltins},
+    {"print", printBuiltins},       {"file", fileBuiltins},
+    {"geometry", geometryBuiltins}, {"entity", entityBuiltins},
+    {"table", tableBuiltins},       {"selection", selectionBuiltins},
+    {"variable", variableBuiltins}, {"input", inputBuiltins},
+    {"path", pathBuiltins},         {"environment", environmentBuiltins},
+    {"screen", screenBuiltins},     {"module", moduleBuiltins},
+    {"help", helpBuiltins},
+};
 
 bool isFunction(const Value& value) {
     return value.is(Kind::UserFunction) || value.is(Kind::Subr) || value.is(Kind::External);
@@ -90,7 +102,7 @@ Interpreter::Interpreter()
     symbols.nothing->value = nothing_;
     symbols.intern("PI")->value = Value::real(3.14159265358979323846);
     symbols.intern("PAUSE")->value = makeText(u"\\");
-    forEachBuiltin([this](const Builtin& row) { defineBuiltin(row); });
+    forEachBuiltin([this](const Builtin& row, const char*) { defineBuiltin(row); });
 }
 
 Interpreter::~Interpreter() {
@@ -98,10 +110,10 @@ Interpreter::~Interpreter() {
     ::operator delete(stack_);
 }
 
-void Interpreter::forEachBuiltin(const std::function<void(const Builtin&)>& visit) {
-    for (const auto family : kFamilies) {
-        for (const Builtin& row : family())
-            visit(row);
+void Interpreter::forEachBuiltin(const std::function<void(const Builtin&, const char*)>& visit) {
+    for (const Family& family : kFamilies) {
+        for (const Builtin& row : family.rows())
+            visit(row, family.name);
     }
 }
 
@@ -153,7 +165,10 @@ Value Interpreter::evalWithin(const Value& form) {
     } catch (const OutOfSpace& reason) {
         Failure failure = outOfSpace(reason);
         failure.place = form.isCons() ? form.cons()->place : 0;
-        if (catching_ == 0 && !inHandler_) failure.handler = errorHandler();
+        if (catching_ == 0 && !inHandler_) {
+            failure.handler = errorHandler();
+            errorTrace_ = presentTrace();  // the form's own frames are gone
+        }
         throw failure;
     }
 }
@@ -219,8 +234,36 @@ Value Interpreter::callUser(const UserFunction& function, Args args) {
     Arguments locals(*this);  // they stand right behind the parameters
     for (uint32_t i = 0; i < function.locals; ++i)
         locals.push(Value());
-    const Binding binding(function, top_ - (function.parameters + function.locals));
+    Value* const slots = top_ - (function.parameters + function.locals);
+    if (function.traced) return callTraced(function, args, slots);
+    const Binding binding(function, slots);
     return evalAll(function.body);
+}
+
+Value Interpreter::callTraced(const UserFunction& function, Args args, Value* slots) {
+    const auto show = [this](std::u16string_view text, const Value& value) {
+        std::u16string line(atLineStart(Channel::Message) ? u"" : u"\n");
+        line.append(2 * tracedDepth_, u' ').append(text).append(u" ");
+        write(Channel::Message, line.append(printed(value, PrintForm::Readable)).append(u"\n"));
+    };
+    ListBuilder call;
+    if (function.name) call.add(Value::share(function.name));
+    for (const Value& arg : args)
+        call.add(arg);
+    show(u"Entering", call.take());
+    struct Deeper {
+        explicit Deeper(size_t& d) : depth(++d) {}
+        ~Deeper() { --depth; }
+        size_t& depth;
+    };
+    Value result;
+    {
+        const Deeper deeper(tracedDepth_);
+        const Binding binding(function, slots);
+        result = evalAll(function.body);
+    }
+    show(u"Result: ", result);
+    return result;
 }
 
 /// A special form that is called with values, as by apply.
@@ -332,6 +375,7 @@ Value Interpreter::errorHandler() const {
 /// other mode leaves it to the top level.
 void Interpreter::throwFailure(Failure failure) {
     if (catching_ == 0 && !inHandler_) {
+        errorTrace_ = presentTrace();
         Value handler = errorHandler();
         if (!handler.isNil() && (errorModes.empty() || errorModes.back())) {
             runHandler(handler, failure);
@@ -340,6 +384,13 @@ void Interpreter::throwFailure(Failure failure) {
         }
     }
     throw failure;
+}
+
+Backtrace Interpreter::presentTrace() const {
+    Backtrace trace;
+    for (const Frame* frame = frames_; frame; frame = frame->outer)
+        trace.add(frame->form);
+    return trace;
 }
 
 void Interpreter::runDeferredHandler(Failure& failure) {

@@ -11,6 +11,7 @@
 #include <optional>
 #include <vector>
 
+#include "lisp/backtrace.h"
 #include "lisp/builtin.h"
 #include "lisp/source_map.h"
 #include "lisp/symbol_table.h"
@@ -35,6 +36,8 @@ class Interpreter {
 
     SymbolTable symbols;
     SourceMap sources;
+    /// Values of symbols on the blackboard.
+    std::unordered_map<Symbol*, Value> blackboard;
     /// True when the last native call gave no value at all, so that its nil is not shown.
     bool nativeGaveNothing = false;
 
@@ -75,6 +78,15 @@ class Interpreter {
     /// The error that memory which does not suffice is.
     static Failure outOfSpace(const OutOfSpace& reason);
 
+    /// The forms that were evaluated when the last error left for the top level, or for *error*.
+    const Backtrace& errorTrace() const { return errorTrace_; }
+    /// The forms under evaluation now.
+    Backtrace presentTrace() const;
+    /// True when errors are shown with their chain of forms.
+    bool showsBacktrace = false;
+    /// True while an *error* function runs.
+    bool inHandler() const { return inHandler_; }
+
     /// Runs `*error*` for a failure that waits for it; called when all bindings are undone.
     void runDeferredHandler(Failure& failure);
     /// For evaluators that recurse over data: ends in an error before the stack does.
@@ -108,8 +120,8 @@ class Interpreter {
 
     /// Defines a symbol as a native function.
     void define(std::u16string_view name, int (*function)());
-    /// Visits all rows of the language.
-    static void forEachBuiltin(const std::function<void(const Builtin&)>& visit);
+    /// Visits all rows of the language with the name of their family.
+    static void forEachBuiltin(const std::function<void(const Builtin&, const char*)>& visit);
 
     uint32_t nextFunctionNumber() { return ++functionNumber_; }
     /// To be called before an evaluation from outside begins: measures the stack and forgets an
@@ -139,6 +151,8 @@ class Interpreter {
     Value evalWithin(const Value& form);
     Value evalCall(const Cons* form);
     Value callUser(const UserFunction& function, Args args);
+    /// The same with a line on the message channel before and after it.
+    Value callTraced(const UserFunction& function, Args args, Value* slots);
     Value callForm(const Builtin& row, const Symbol* name, Args args);
     Value callOther(const Cons* form);
     void defineBuiltin(const Builtin& row);
@@ -159,7 +173,9 @@ class Interpreter {
     const void* stackLimit_ = nullptr;
     int catching_ = 0;
     bool inHandler_ = false;
+    Backtrace errorTrace_;
     uint32_t functionNumber_ = 0;
+    size_t tracedDepth_ = 0;
 };
 
 /// Arguments of a call that is being prepared; they leave the value stack with this object.

@@ -27,6 +27,7 @@ constexpr size_t kExpressionLimit = 500;
 struct Session {
     std::unique_ptr<lisp::Interpreter> interpreter;
     std::map<std::u16string, int (*)(), std::less<>> natives;
+    std::span<const LispText> texts;  ///< the manual's
 
     Session() { renew(); }
     void renew() {
@@ -40,6 +41,12 @@ struct Session {
 Session& session() {
     static auto& instance = *new Session;
     return instance;
+}
+
+std::u16string lowered(std::u16string text) {
+    for (char16_t& unit : text)
+        unit = kz::lowerUnit(unit);
+    return text;
 }
 
 /// Warns when a count of the host rises over an expression.
@@ -74,6 +81,7 @@ LispOutcome failed(lisp::Interpreter& in, lisp::Failure& failure) {
     outcome.kind = LispOutcome::Kind::Failed;
     outcome.message = failure.message;
     outcome.handled = failure.handled;
+    outcome.backtrace = in.errorTrace().text(in.sources);
     if (failure.expression) {
         lisp::print(outcome.expression, failure.expression, lisp::PrintForm::Readable,
                     kExpressionLimit);
@@ -179,7 +187,12 @@ std::u16string describeError(const LispOutcome& outcome) {
         text +=
             u"; " + outcome.file + u", line " + kz::toUtf16(std::to_string(outcome.line)) + u"\n";
     }
+    if (session().interpreter->showsBacktrace) text += outcome.backtrace;
     return text;
+}
+
+void showBacktraces(bool show) {
+    session().interpreter->showsBacktrace = show;
 }
 
 void defineNative(std::u16string_view name, int (*function)()) {
@@ -195,23 +208,74 @@ void resetLisp() {
     session().renew();
 }
 
+namespace {
+
+/// What is known of a user function: its parameters, and where it was loaded from.
+LispFunction userFunction(const lisp::Symbol& symbol, const lisp::UserFunction& function) {
+    LispFunction known;
+    known.kind = LispFunction::Kind::User;
+    known.name = symbol.name;
+    known.usage = "(" + kz::toUtf8(lowered(symbol.name));
+    for (uint32_t i = 0; i < function.parameters; ++i)
+        known.usage += " " + kz::toUtf8(lowered(function.variables[i]->name));
+    known.usage += ")";
+    auto place = session().interpreter->sources.find(function.place);
+    known.file = std::move(place.file);
+    known.line = place.line;
+    return known;
+}
+
+}  // namespace
+
+void setLispTexts(std::span<const LispText> texts) {
+    session().texts = texts;
+}
+
 std::vector<LispFunction> lispFunctions() {
     std::vector<LispFunction> functions;
     const lisp::SymbolTable& symbols = session().interpreter->symbols;
-    symbols.forEach([&](const lisp::Symbol* symbol) {
-        const lisp::Value& value = symbol->value;
-        if (value.is(lisp::Kind::Subr)) {
-            const lisp::Builtin& row = *value.as<lisp::Subr>()->row;
-            functions.push_back({kz::toUtf16(row.name), row.usage, row.help});
-        } else if (value.is(lisp::Kind::UserFunction)) {
-            functions.push_back({symbol->name, "", ""});
+    std::map<std::u16string, const LispText*> texts;
+    for (const LispText& text : session().texts)
+        texts.emplace(kz::toUpper(kz::toUtf16(text.name)), &text);
+    const auto add = [&](LispFunction function) {
+        const auto found = texts.find(kz::toUpper(function.name));
+        if (found != texts.end() && function.kind != LispFunction::Kind::User) {
+            const LispText& text = *found->second;
+            function.examples = text.examples;
+            if (*text.usage != '\0') {
+                function.family = text.family;
+                function.usage = text.usage;
+                function.result = text.result;
+                function.help = text.help;
+            }
         }
+        functions.push_back(std::move(function));
+    };
+    lisp::Interpreter::forEachBuiltin([&](const lisp::Builtin& row, const char* family) {
+        const lisp::Symbol* symbol = symbols.find(kz::toUtf16(row.name));
+        const bool defined = symbol && symbol->value.is(lisp::Kind::Subr) &&
+                             symbol->value.as<lisp::Subr>()->row == &row;
+        if (!defined) return;
+        LispFunction function;
+        function.name = kz::toUtf16(row.name);
+        function.family = family;
+        function.usage = row.usage;
+        function.help = row.help;
+        add(std::move(function));
+    });
+    symbols.forEach([&](const lisp::Symbol* symbol) {
+        if (symbol->value.is(lisp::Kind::UserFunction))
+            add(userFunction(*symbol, *symbol->value.as<lisp::UserFunction>()));
     });
     for (const auto& [name, function] : session().natives) {
         const lisp::Symbol* symbol = symbols.find(name);
         const bool defined = symbol && symbol->value.is(lisp::Kind::External) &&
                              symbol->value.as<lisp::External>()->function == function;
-        if (defined) functions.push_back({name, "", ""});
+        if (!defined) continue;
+        LispFunction native;
+        native.kind = LispFunction::Kind::Native;
+        native.name = name;
+        add(std::move(native));
     }
     std::sort(functions.begin(), functions.end(),
               [](const LispFunction& a, const LispFunction& b) { return a.name < b.name; });

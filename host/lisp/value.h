@@ -179,6 +179,7 @@ struct UserFunction : Object {
     uint32_t parameters = 0, locals = 0;
     Symbol* name = nullptr;
     uint32_t number = 0;
+    bool traced = false;
     UserFunction() : Object(Kind::UserFunction) {}
 };
 

@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -30,6 +31,8 @@ struct LispOutcome {
     std::u16string expression;
     std::u16string file;
     int line = 0;
+    /// The chain of forms that led there, innermost first, a line each; of a long chain both ends.
+    std::u16string backtrace;
     /// True when an *error* function has been called for the error.
     bool handled = false;
 
@@ -46,8 +49,10 @@ HOST_API LispOutcome evalLisp(std::u16string_view text, const LispValueSink& eac
 /// Loads a program file in the same way. The name may lack ".lsp".
 HOST_API LispOutcome loadLisp(const std::string& path);
 /// The error of an outcome as people read it: "; error: MESSAGE", the form, file and line, each on
-/// a line of its own.
+/// a line of its own; then the chain of forms when backtraces are shown.
 HOST_API std::u16string describeError(const LispOutcome& outcome);
+/// Shows errors with their chain of forms from now on, as (vl-bt-on) does, or ends that.
+HOST_API void showBacktraces(bool show);
 
 /// Defines a Lisp function that calls a native one; an earlier meaning of the name is replaced. The
 /// native function takes its arguments with acedGetArgs and answers with acedRet.
@@ -59,11 +64,6 @@ HOST_API bool interruptLisp();
 /// Starts afresh: all symbols lose their values, native functions stay defined.
 HOST_API void resetLisp();
 
-struct LispFunction {
-    std::u16string name;  ///< lower case for the language's own functions, else as it was defined
-    std::string usage;    ///< the form with its arguments; empty for native and user functions
-    std::string help;     ///< one sentence; empty for native and user functions
-};
 /// What the manual says of a function beyond its row.
 struct LispText {
     const char* name;
@@ -73,8 +73,28 @@ struct LispText {
     const char* help;      ///< sentences; empty for what has a row of its own
     const char* examples;  ///< lines "FORM ; => VALUE"; may be empty
 };
+/// Gives the texts that the manual has of native functions, and the examples of all. They must
+/// stay where they are.
+HOST_API void setLispTexts(std::span<const LispText> texts);
+
+struct LispFunction {
+    enum class Kind { Language, Native, User };
+    Kind kind = Kind::Language;
+    std::u16string name;   ///< lower case for the language's own functions, else as it was defined
+    std::string family;    ///< what it belongs to; empty for user functions and unknown texts
+    std::string usage;     ///< the form with its arguments; empty for an unknown text
+    std::string result;    ///< what a native function gives; may be empty
+    std::string help;      ///< sentences; may be empty
+    std::string examples;  ///< lines; may be empty
+    std::u16string file;   ///< where a user function was loaded from, and its line; may be empty, 0
+    int line = 0;
+};
 /// All functions that can be called now, by name.
 HOST_API std::vector<LispFunction> lispFunctions();
+/// What the manual says of a word: the page of each function and command of this name, else a line
+/// for each that has the word in its name or text, else names that are spelled alike. Without a
+/// word a list of all. In any case a text of whole lines. @return true when the word is known
+HOST_API bool lispHelp(std::u16string_view word, std::u16string& text);
 /// True for the name of a symbol that has a value, in any case.
 HOST_API bool isLispSymbol(std::u16string_view name);
 /// Names of all symbols that have a value, in upper case.

@@ -69,6 +69,7 @@ class Examples : public testing::Test {
         std::string error;
         for (const char* name : {"/libkz_zaglaid.so", "/libkz_cadservice.so"})
             ASSERT_TRUE(host::loadModule(KZ_BUILD_DIR + std::string(name), error)) << error;
+        host::setLispTexts(console::lispTexts());
     }
 
     Examples() : before_(fs::current_path()) {
@@ -116,6 +117,7 @@ class Examples : public testing::Test {
         const host::LispOutcome outcome = host::evalLisp(kz::toUtf16(example.form));
         const std::string printed = kz::toUtf8(printed_);
         const std::string message = outcome.ok() ? "" : kz::toUtf8(outcome.message);
+        EXPECT_EQ(outcome.ok(), example.error.empty());
         EXPECT_TRUE(matches(example.error, message))
             << "error: " << message << "\nmessages: " << kz::toUtf8(messages_);
         if (example.checksValue && outcome.ok()) {
@@ -150,7 +152,7 @@ TEST_F(Examples, are_there_for_every_function_of_the_language) {
         if (*row.examples != '\0') shown.insert(row.name);
     std::string missing;
     for (const host::LispFunction& function : host::lispFunctions()) {
-        const bool native = function.usage.empty();
+        const bool native = function.kind == host::LispFunction::Kind::Native;
         const std::string name = kz::toUtf8(function.name);
         if (!native && !shown.contains(name)) missing += name + " ";
     }
