@@ -24,6 +24,7 @@ using Run = std::function<Status()>;
 Run defineConsole(Options& options);
 Run defineEval(Options& options);
 Run defineRun(Options& options);
+Run defineInfo(Options& options);
 Run defineConvert(Options& options);
 Run definePlot(Options& options);
 Run defineGroups(Options& options);

@@ -1,6 +1,7 @@
 /// kz: opens drawings and evaluates AutoLISP. One row for each command; without a command the
 /// console starts.
 #include "command.h"
+#include "progress_bar.h"
 
 namespace {
 
@@ -27,6 +28,7 @@ int main(int argc, char** argv) {
             {"eval", "Evaluate expressions on a drawing and print the value of each",
              console::defineEval},
             {"run", "Load Lisp scripts on a drawing", console::defineRun},
+            {"info", "Tell what is in drawings, and what is odd about them", console::defineInfo},
             {"convert", "Save a drawing as another version", console::defineConvert},
             {"plot", "Draw a picture of a drawing", console::definePlot},
             {"groups", "List the groups of a drawing", console::defineGroups},
@@ -34,5 +36,6 @@ int main(int argc, char** argv) {
             {"help", "Tell what the manual says of functions and commands", console::defineHelp},
             {"check", "Check the groups of a drawing, and repair them", console::defineCheck},
         }};
+    const console::ProgressBar progress;
     return console::parseAndRun(argc, argv, program);
 }

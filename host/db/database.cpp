@@ -200,7 +200,11 @@ void Database::decodeTags(ObjectRecord& record, ObjectData& data) const {
     dxf::Pair pair;
     data.tags.reserve(record.xdata_offset / 14 + 2);
     while (cursor.next(pair)) {
-        if (pair.code != 999) data.tags.emplace_back(pair);
+        if (pair.code != 999) {
+            data.tags.emplace_back(pair);
+        } else if (!data.tags.empty()) {
+            data.tags.back().takeComment(pair);
+        }
     }
 }
 

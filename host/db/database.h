@@ -351,6 +351,8 @@ class Database {
     /// The file's bytes, without the padding; owned by the database as long as it lives.
     std::string_view image() const { return image_view_; }
     void setImage(BigBytes bytes, size_t size);
+    /// Gives the image up.
+    BigBytes takeImage() { return std::move(image_); }
     InsertPoints& insertPoints() { return insert_points_; }
     const std::string& path() const { return path_; }
     void setPath(std::string path) { path_ = std::move(path); }

@@ -451,9 +451,10 @@ bool modifyTags(Database& database, Slot slot, const resbuf* list) {
     dropOwnGroups(wanted, type == "DIMSTYLE");
     if (wanted.empty()) return true;
     const Tags& present = database.tags(slot);
-    const size_t head = headSize(present);
-    const Tags old_body(present.begin() + static_cast<std::ptrdiff_t>(head), present.end());
     const ObjectClass object_class = database.record(slot).object_class;
+    // A table has its name in front of its handle.
+    const size_t head = object_class == ObjectClass::TableHead ? 1 : headSize(present);
+    const Tags old_body(present.begin() + static_cast<std::ptrdiff_t>(head), present.end());
     const bool graphical =
         object_class == ObjectClass::Entity || object_class == ObjectClass::SubEntity;
     flattenVertices(type, wanted);

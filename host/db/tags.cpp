@@ -4,6 +4,7 @@
 #include <charconv>
 #include <cmath>
 
+#include "dxf/values.h"
 #include "kz_tls21an/text.h"
 
 namespace host {
@@ -21,14 +22,6 @@ double parseRealBytes(std::string_view bytes) {
                           bytes.find('-', exponent) != std::string_view::npos;
         return tiny ? 0.0 : HUGE_VAL;
     }
-    return value;
-}
-
-int64_t parseIntegerBytes(std::string_view bytes) {
-    bytes = dxf::trimmed(bytes);
-    if (!bytes.empty() && bytes.front() == '+') bytes.remove_prefix(1);
-    int64_t value = 0;
-    std::from_chars(bytes.data(), bytes.data() + bytes.size(), value);
     return value;
 }
 
@@ -60,7 +53,7 @@ double Tag::real() const {
 }
 
 int64_t Tag::integer() const {
-    if (isSource()) return parseIntegerBytes(sourceValue());
+    if (isSource()) return dxf::integerOf(sourceValue());
     if (const auto* value = std::get_if<int64_t>(&value_)) return *value;
     if (const auto* value = std::get_if<double>(&value_)) return static_cast<int64_t>(*value);
     return 0;
@@ -76,6 +69,17 @@ uint64_t Tag::handleValue() const {
         dxf::parseHandle(kz::toUtf8(*text), handle);
     }
     return handle;
+}
+
+std::string_view Tag::source() const {
+    const auto* source = std::get_if<Source>(&value_);
+    return source == nullptr ? std::string_view{} : std::string_view(source->begin, source->size);
+}
+
+void Tag::takeComment(const dxf::Pair& comment) {
+    if (auto* source = std::get_if<Source>(&value_)) {
+        source->size = static_cast<uint32_t>(comment.end - source->begin);
+    }
 }
 
 void Tag::write(const dxf::TextCodec& codec, std::string& out) const {

@@ -45,6 +45,10 @@ class Tag {
     bool isSource() const { return std::holds_alternative<Source>(value_); }
     /// Value bytes of a source tag, blanks and all; empty for another.
     std::string_view sourceValue() const;
+    /// The lines that the tag was read from, with the comments behind them; empty for another.
+    std::string_view source() const;
+    /// Lets a source tag go along with the comment that follows it.
+    void takeComment(const dxf::Pair& comment);
     /// Appends the two lines as the file holds them.
     void write(const dxf::TextCodec& codec, std::string& out) const;
 

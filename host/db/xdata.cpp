@@ -122,10 +122,16 @@ void decodeItem(const dxf::Pair& pair, dxf::PairCursor& cursor, const dxf::TextC
             Coordinates point{tag.real(), 0.0, 0.0};
             dxf::PairCursor ahead = cursor;
             dxf::Pair next;
-            if (ahead.next(next) && next.code == pair.code + 10) {
+            const auto follows = [&](int code) {
+                do {
+                    if (!ahead.next(next)) return false;
+                } while (next.code == 999);
+                return next.code == code;
+            };
+            if (follows(pair.code + 10)) {
                 point.y = Tag(next).real();
                 cursor = ahead;
-                if (ahead.next(next) && next.code == pair.code + 20) {
+                if (follows(pair.code + 20)) {
                     point.z = Tag(next).real();
                     cursor = ahead;
                 }
@@ -312,7 +318,7 @@ XData decodeXData(std::string_view source, const dxf::TextCodec& codec, std::str
         } else if (pair.code < 999) {
             tail = {pair.begin, static_cast<size_t>(cursor.end() - pair.begin)};
             break;
-        } else if (!data.empty()) {
+        } else if (pair.code != 999 && !data.empty()) {
             decodeItem(pair, cursor, codec, items);
         }
         end = cursor.position();

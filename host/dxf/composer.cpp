@@ -120,6 +120,7 @@ class Composer {
     }
 
     void appendObject(Slot slot, std::string& out) {
+        const size_t start = out.size();
         ObjectRecord& record = database_.record(slot);
         const ObjectData* data = record.data.get();
         const bool tags_kept = record.bytes != nullptr &&
@@ -134,6 +135,45 @@ class Composer {
         }
         writeXData(database_.xdata(slot), database_.codec(), out);
         out += record.data->tail;
+        if (record.bytes != nullptr) keepComments(slot, tags_kept, start, out);
+    }
+
+    /// Comments go with the group in front of them. Those whose group is gone, or has another
+    /// value, come behind the type.
+    void keepComments(Slot slot, bool tags_kept, size_t start, std::string& out) {
+        const ObjectRecord& record = database_.record(slot);
+        const std::string_view source(record.bytes, record.size);
+        if (source.find("999") == std::string_view::npos) return;
+        const std::string lost = lostComments(record, tags_kept);
+        const size_t type = out.find('\n', out.find('\n', start) + 1);
+        if (type < out.size()) out.insert(type + 1, lost);
+    }
+
+    static std::string lostComments(const ObjectRecord& record, bool tags_kept) {
+        std::vector<std::string_view> kept;
+        const auto keep = [&kept](std::string_view text) {
+            if (!text.empty()) kept.push_back(text);
+        };
+        if (tags_kept) keep({record.bytes, record.xdata_offset});
+        for (const Tag& tag : record.data->tags)
+            keep(tag.source());
+        for (const AppData& app : record.data->xdata)
+            keep(app.source);
+        keep(record.data->tail);
+        const auto before = [](const char* at, std::string_view text) { return at < text.data(); };
+        std::sort(kept.begin(), kept.end(),
+                  [](std::string_view a, std::string_view b) { return a.data() < b.data(); });
+        std::string lost;
+        PairCursor cursor(record.bytes, record.bytes + record.size);
+        Pair pair;
+        while (cursor.next(pair)) {
+            if (pair.code != 999) continue;
+            const auto behind = std::upper_bound(kept.begin(), kept.end(), pair.begin, before);
+            const bool has =
+                behind != kept.begin() && pair.end <= behind[-1].data() + behind[-1].size();
+            if (!has) lost += pair.bytes();
+        }
+        return lost;
     }
 
     // --- groups ---------------------------------------------------------------------------------

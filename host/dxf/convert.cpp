@@ -142,7 +142,7 @@ class LeftOut {
     /// Types that the section CLASSES declares, which stands in front of all objects.
     void readClasses() {
         const std::string_view image = database_.image();
-        PairCursor cursor(image.data(), image.data() + image.size());
+        PairCursor cursor(image.data() + markSize(image), image.data() + image.size());
         Pair pair;
         bool in_classes = false;
         bool begins = false;
@@ -186,6 +186,9 @@ class LeftOut {
 
     Kind kindOf(const std::string& type) const {
         if (versionOfType(type) > target_ && declared_.count(type) == 0) return Kind::Later;
+        // Programs go by the version of the file, and would not understand the other form.
+        const std::string_view form = versionOfForm(type);
+        if (!form.empty() && (target_ < form) != (database_.version() < form)) return Kind::Later;
         // Since R2013 the shapes of bodies are binary and lie in a section of their own.
         const bool moved = target_ < kR2013 && database_.version() >= kR2013;
         return moved && isBody(type) ? Kind::Body : Kind::Fit;
@@ -257,7 +260,9 @@ class VersionConverter {
 
     void walk(std::string_view piece, uint64_t before, Progress& progress) {
         const char* end = piece.data() + piece.size();
-        PairCursor cursor(piece.data(), end);
+        const size_t mark = before == 0 ? markSize(piece) : 0;
+        if (mark > 0 && codec_.isUtf8()) out_.keep(piece.data(), piece.data() + mark);
+        PairCursor cursor(piece.data() + mark, end);
         Pair pair;
         const char* told = piece.data();
         while (!ended_ && cursor.next(pair)) {
@@ -299,9 +304,9 @@ class VersionConverter {
     void keepAll() { out_.keep(pairs_.front().begin, pairs_.back().end); }
 
     bool mustRecode() const {
-        return recodes_ &&
-               hasHighBytes({pairs_.front().begin,
-                             static_cast<size_t>(pairs_.back().end - pairs_.front().begin)});
+        return recodes_ && transcoder_.concerns(
+                               {pairs_.front().begin,
+                                static_cast<size_t>(pairs_.back().end - pairs_.front().begin)});
     }
 
     // --- new text -------------------------------------------------------------------------------
@@ -333,7 +338,7 @@ class VersionConverter {
     }
 
     void writeRecoded(const Pair& pair) {
-        if (!recodes_ || !hasHighBytes(pair.value)) {
+        if (!recodes_ || !transcoder_.concerns(pair.value)) {
             out_.keep(pair.begin, pair.end);
             return;
         }
@@ -352,6 +357,11 @@ class VersionConverter {
         const std::string_view name =
             pairs_.front().code == 9 ? trimmed(pairs_.front().value) : std::string_view();
         if (versionOfVariable(name) > target_) return;
+        uint64_t handle = 0;
+        if (left_out_.any() && isReference(pairs_.back().code) &&
+            parseHandle(pairs_.back().value, handle) && left_out_.contains(handle)) {
+            return;
+        }
         if (name == "$ACADVER" && pairs_.size() > 1) {
             writePair(9, name);
             writePair(1, target_);

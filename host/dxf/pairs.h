@@ -77,6 +77,11 @@ inline const char* findLineEnd(const char* at, const char* end) {
 #endif
 }
 
+/// Size of the byte order mark that some programs put in front of UTF-8.
+inline size_t markSize(std::string_view image) {
+    return image.starts_with("\xEF\xBB\xBF") ? 3 : 0;
+}
+
 /// Walks over the pairs of a range of bytes.
 class PairCursor {
   public:

@@ -10,8 +10,11 @@
 #include <cstring>
 #include <utility>
 
+#include "base/progress.h"
 #include "dxf/binary.h"
+#include "dxf/lift.h"
 #include "dxf/save_file.h"
+#include "dxf/values.h"
 #include "kz_tls21an/text.h"
 
 namespace host::dxf {
@@ -30,17 +33,15 @@ struct Scan {
     const char* end = nullptr;
 };
 
-std::string quoted(std::string_view text) {
-    return "\"" + std::string(trimmed(text).substr(0, 40)) + "\"";
-}
+constexpr const char* kUnsaidVersion = "AC1015";
 
 bool isSubEntity(std::string_view type) {
     return type == "VERTEX" || type == "ATTRIB" || type == "SEQEND";
 }
 
-/// Size of the byte order mark that some programs put in front of UTF-8.
-size_t markSize(std::string_view image) {
-    return image.starts_with("\xEF\xBB\xBF") ? 3 : 0;
+/// False for what Reader refuses at once.
+bool looksLikeText(std::string_view image) {
+    return !image.empty() && !image.starts_with("AC10");
 }
 
 class Reader {
@@ -48,10 +49,14 @@ class Reader {
     explicit Reader(Database& database)
         : database_(database),
           cursor_(database.image().data() + markSize(database.image()),
-                  database.image().data() + database.image().size()) {}
+                  database.image().data() + database.image().size()),
+          progress_(Work::Reading, database.image().size()) {}
 
     void read() {
         checkFileKind();
+        // For a drawing that doesn't say.
+        database_.setVersion(kUnsaidVersion);
+        database_.setCodec(TextCodec(kUnsaidVersion, {}));
         database_.reserve(database_.image().size() / 250);
         next();
         if (pair_.code != 0 || trimmed(pair_.value) != "SECTION") {
@@ -89,29 +94,6 @@ class Reader {
         throw FormatError(pair_.begin, cause);
     }
 
-    /// The value of the present pair has the form that its group asks for.
-    void checkValue() const {
-        bool good = true;
-        switch (groupType(pair_.code)) {
-            case GroupType::Real:
-                good = isReal(pair_.value);
-                break;
-            case GroupType::Int16:
-            case GroupType::Int32:
-            case GroupType::Int64:
-            case GroupType::Bool:
-                good = isInteger(pair_.value);
-                break;
-            default:
-                break;
-        }
-        if (!good) {
-            throw FormatError(pair_.value.data(), "group " + std::to_string(pair_.code) +
-                                                      " holds " + quoted(pair_.value) +
-                                                      ", which is no number");
-        }
-    }
-
     // --- file -----------------------------------------------------------------------------------
 
     void checkFileKind() const {
@@ -142,11 +124,9 @@ class Reader {
             readTables();
             points.tables_end = pair_.begin;
         } else if (section_ == "BLOCKS") {
-            needVersion();
             readBlocks();
             points.blocks_end = pair_.begin;
         } else if (section_ == "ENTITIES") {
-            needVersion();
             points.entities_begin = begin;
             readEntities();
             points.entities_end = pair_.begin;
@@ -185,7 +165,7 @@ class Reader {
             } else if (headers.empty()) {
                 fail("a header value without a variable");
             } else {
-                checkValue();
+                checkValue(pair_);
                 headers.back().tags.emplace_back(pair_);
             }
             headers.back().end = pair_.end;
@@ -198,22 +178,12 @@ class Reader {
                        ? std::string_view{}
                        : trimmed(variable->tags.front().sourceValue());
         };
-        const std::string_view version = value("$ACADVER");
+        const std::string_view stated = value("$ACADVER");
+        const std::string_view version = stated.empty() ? kUnsaidVersion : stated;
         database_.setVersion(std::string(version));
         database_.setCodec(TextCodec(version, value("$DWGCODEPAGE")));
         uint64_t seed = 0;
         if (parseHandle(value("$HANDSEED"), seed)) database_.raiseHandleSeed(seed);
-    }
-
-    void needVersion() const {
-        const std::string& version = database_.version();
-        if (version.empty()) {
-            throw FormatError(nullptr, "the drawing doesn't say its version ($ACADVER)");
-        }
-        if (version < "AC1012") {
-            throw FormatError(nullptr, "a drawing of version " + version +
-                                           ", which is older than R13; save it as R2000 or later");
-        }
     }
 
     // --- objects --------------------------------------------------------------------------------
@@ -229,7 +199,7 @@ class Reader {
             if (!cursor_.next(pair_)) next();
             const int code = pair_.code;
             if (code == 0) break;
-            checkValue();
+            checkValue(pair_);
             if (scan.xdata != nullptr) continue;
             if (code == 1001) {
                 scan.xdata = pair_.begin;
@@ -265,6 +235,7 @@ class Reader {
     Slot addObject(const Scan& scan, ObjectClass object_class) {
         const Slot slot = database_.addRecord(scan.type, object_class);
         ObjectRecord& record = database_.record(slot);
+        progress_.at(static_cast<uint64_t>(scan.end - database_.image().data()));
         const auto size = static_cast<size_t>(scan.end - scan.begin);
         if (size > UINT32_MAX) throw FormatError(scan.begin, "an object larger than 4 GB");
         record.bytes = scan.begin;
@@ -433,7 +404,6 @@ class Reader {
     // --- end ------------------------------------------------------------------------------------
 
     void finish() {
-        needVersion();
         if (spaces_found_ == 0) findSpaces();
         for (const auto& [slot, owner] : object_owners_) {
             database_.record(slot).owner = database_.findHandle(owner);
@@ -463,6 +433,7 @@ class Reader {
 
     Database& database_;
     PairCursor cursor_;
+    Progress progress_;
     Pair pair_;
     std::string_view section_;
     Slot main_entity_ = kNoSlot;
@@ -470,6 +441,28 @@ class Reader {
     std::vector<Slot> without_handle_;
     std::vector<std::pair<Slot, uint64_t>> object_owners_;
 };
+
+/// Puts a lifted image in the place of that of an old drawing. @return the version of the file
+std::string liftIfOld(Database& database) {
+    const std::string_view image = database.image();
+    const char* const begin = image.data() + markSize(image);
+    const char* const end = image.data() + image.size();
+    std::string version = statedVersion(begin, end);
+    if (!isOldVersion(version) || !looksLikeText(image)) return version;
+    const std::string lifted = liftOldDrawing(begin, end);
+    BigBytes bytes = makeBigBytes(lifted.size() + kImagePadding);
+    if (bytes == nullptr) throw std::bad_alloc();
+    std::memcpy(bytes.get(), lifted.data(), lifted.size());
+    std::memset(bytes.get() + lifted.size(), 0, kImagePadding);
+    FileOrigin& origin = database.origin();
+    BigBytes old = database.takeImage();
+    if (origin.bytes == nullptr) {
+        origin.bytes = std::move(old);
+        origin.size = image.size();
+    }
+    database.setImage(std::move(bytes), lifted.size());
+    return version;
+}
 
 std::unique_ptr<Database> readImage(BigBytes bytes, size_t size, const std::string& name,
                                     std::string& error) {
@@ -488,8 +481,8 @@ std::unique_ptr<Database> readImage(BigBytes bytes, size_t size, const std::stri
             origin.size = std::exchange(size, text.size);
         }
         database->setImage(std::move(bytes), size);
+        origin.version = liftIfOld(*database);
         Reader(*database).read();
-        origin.version = database->version();
         return database;
     } catch (const FormatError& fault) {
         const char* begin = database->image().data();

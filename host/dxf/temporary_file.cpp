@@ -15,6 +15,8 @@
 #include <ctime>
 #include <memory>
 
+#include "base/progress.h"
+
 namespace host::dxf {
 namespace {
 
@@ -23,6 +25,8 @@ constexpr size_t kRandomSize = 6;
 /// Longest part of the drawing's name in that of the temporary file [bytes].
 constexpr size_t kNamePart = 200;
 constexpr int kAttempts = 100;
+/// Bytes that are written at once.
+constexpr size_t kBlock = size_t{4} << 20U;
 
 std::string randomPart() {
     static constexpr char kDigits[] =
@@ -220,18 +224,29 @@ bool TemporaryFile::createNamed(mode_t mode) {
 }
 
 bool TemporaryFile::write(const std::vector<std::string_view>& pieces) {
+    uint64_t total = 0;
+    for (const std::string_view piece : pieces)
+        total += piece.size();
+    Progress progress(Work::Saving, total);
     std::vector<iovec> parts;
     parts.reserve(IOV_MAX);
-    for (size_t i = 0; i < pieces.size(); ++i) {
-        if (!pieces[i].empty()) {
-            parts.push_back({const_cast<char*>(pieces[i].data()), pieces[i].size()});
-        }
-        if (parts.size() == IOV_MAX || i + 1 == pieces.size()) {
+    uint64_t done = 0;
+    size_t waiting = 0;
+    for (std::string_view piece : pieces) {
+        while (!piece.empty()) {
+            const std::string_view part = piece.substr(0, kBlock - waiting);
+            parts.push_back({const_cast<char*>(part.data()), part.size()});
+            waiting += part.size();
+            done += part.size();
+            piece.remove_prefix(part.size());
+            if (waiting < kBlock && parts.size() < IOV_MAX) continue;
             if (!writeAll(parts)) return false;
             parts.clear();
+            waiting = 0;
+            progress.at(done);
         }
     }
-    return true;
+    return parts.empty() || writeAll(parts);
 }
 
 bool TemporaryFile::writeAll(std::vector<iovec>& parts) const {
@@ -323,7 +338,6 @@ bool copyBackup(const Folder& folder, const std::string& name, const std::string
     TemporaryFile copy(folder, backup);
     struct stat status {};
     bool good = ::fstat(from, &status) == 0 && copy.create(true);
-    constexpr size_t kBlock = size_t{1} << 20U;
     const std::unique_ptr<char[]> block(new char[kBlock]);
     while (good) {
         const ssize_t got = ::read(from, block.get(), kBlock);

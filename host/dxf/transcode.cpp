@@ -16,6 +16,19 @@ bool isByte(char16_t unit, char16_t before) {
     return unit >= 0xDC80 && unit <= 0xDCFF && (before < 0xD800 || before > 0xDBFF);
 }
 
+/// True for a text without lone surrogates.
+bool isWhole(std::u16string_view text) {
+    for (size_t i = 0; i < text.size(); ++i) {
+        const bool low = i + 1 < text.size() && text[i + 1] >= 0xDC00 && text[i + 1] <= 0xDFFF;
+        if (text[i] >= 0xD800 && text[i] <= 0xDBFF && low) {
+            ++i;
+        } else if (text[i] >= 0xD800 && text[i] <= 0xDFFF) {
+            return false;
+        }
+    }
+    return true;
+}
+
 }  // namespace
 
 bool hasHighBytes(std::string_view text) {
@@ -33,6 +46,41 @@ bool hasHighBytes(std::string_view text) {
     return false;
 }
 
+bool hasEscapes(std::string_view text) {
+    return text.find("\\U+") != std::string_view::npos;
+}
+
+/// Appends ASCII; characters that stand escaped in it are taken over where there are such.
+void Transcoder::copyPlain(std::string_view text, std::string& out) {
+    constexpr size_t kSize = 7;  // \U+XXXX
+    size_t at = 0;
+    while (to_.isUtf8()) {
+        const size_t found = text.find("\\U+", at);
+        if (found == std::string_view::npos) break;
+        size_t end = found;
+        units_.clear();
+        for (size_t length = 0; text.substr(end, 3) == "\\U+" && end + kSize <= text.size();
+             end += kSize) {
+            from_.decode(text.substr(end, kSize), units_);
+            if (units_.size() != ++length || units_.back() < 0x80) break;
+        }
+        if (end == found) {
+            out += text.substr(at, found + 3 - at);
+            at = found + 3;
+            continue;
+        }
+        units_.resize((end - found) / kSize);
+        out += text.substr(at, found - at);
+        if (isWhole(units_)) {
+            to_.encode(units_, out);
+        } else {
+            out += text.substr(found, end - found);
+        }
+        at = end;
+    }
+    out += text.substr(at);
+}
+
 void Transcoder::convert(std::string_view text, std::string& out) {
     bool meaningless = false;
     size_t at = 0;
@@ -40,7 +88,7 @@ void Transcoder::convert(std::string_view text, std::string& out) {
         size_t end = at;
         while (end < text.size() && !isHigh(text[end]))
             ++end;
-        out += text.substr(at, end - at);
+        copyPlain(text.substr(at, end - at), out);
         at = end;
         while (end < text.size() && isHigh(text[end]))
             ++end;

@@ -2,6 +2,7 @@
 #include "dxf/version_rules.h"
 
 #include <algorithm>
+#include <iterator>
 
 #include "dxf/versions.h"
 
@@ -159,6 +160,71 @@ constexpr Since kTypes[] = {
     {"VISUALSTYLE", kR2007},
 };
 
+/// Types that R2000 has.
+constexpr std::string_view kOldTypes[] = {
+    "3DFACE",
+    "3DSOLID",
+    "ACAD_PROXY_ENTITY",
+    "ACAD_PROXY_OBJECT",
+    "ACDBDICTIONARYWDFLT",
+    "ACDBPLACEHOLDER",
+    "ARC",
+    "ARCALIGNEDTEXT",
+    "ATTDEF",
+    "ATTRIB",
+    "BODY",
+    "CIRCLE",
+    "DICTIONARY",
+    "DICTIONARYVAR",
+    "DIMASSOC",
+    "DIMENSION",
+    "ELLIPSE",
+    "GROUP",
+    "HATCH",
+    "IDBUFFER",
+    "IMAGE",
+    "IMAGEDEF",
+    "IMAGEDEF_REACTOR",
+    "INSERT",
+    "LAYER_FILTER",
+    "LAYER_INDEX",
+    "LAYOUT",
+    "LEADER",
+    "LINE",
+    "LWPOLYLINE",
+    "MINSERT",
+    "MLINE",
+    "MLINESTYLE",
+    "MTEXT",
+    "OBJECT_PTR",
+    "OLE2FRAME",
+    "OLEFRAME",
+    "PLOTSETTINGS",
+    "POINT",
+    "POLYLINE",
+    "RASTERVARIABLES",
+    "RAY",
+    "REGION",
+    "RTEXT",
+    "SEQEND",
+    "SHAPE",
+    "SOLID",
+    "SORTENTSTABLE",
+    "SPATIAL_FILTER",
+    "SPATIAL_INDEX",
+    "SPLINE",
+    "TEXT",
+    "TOLERANCE",
+    "TRACE",
+    "VBA_PROJECT",
+    "VERTEX",
+    "VIEWPORT",
+    "WIPEOUT",
+    "WIPEOUTVARIABLES",
+    "XLINE",
+    "XRECORD",
+};
+
 template <size_t kCount>
 std::string_view versionIn(const Since (&table)[kCount], std::string_view name) {
     const Since* end = table + kCount;
@@ -226,7 +292,14 @@ const std::vector<GroupRule>& groupRules() {
         {kR2010, "VERTEX", "AcDbVertex", Which::All, Loss::None, {91}},
         {kR2004, "MLINESTYLE", "AcDbMlineStyle", Which::All, Loss::Colour, {420, 430}},
         {kR2007, "3DSOLID", "AcDb3dSolid", Which::All, Loss::None, {100, 350}},
-        {kR2004, "CLASS", "", Which::All, Loss::None, {91}},
+        {kR2010, "MULTILEADER", "AcDbMLeader", Which::All, Loss::None, {270, 271, 272, 273}},
+        {kR2010,
+         "MLEADERSTYLE",
+         "AcDbMLeaderStyle",
+         Which::All,
+         Loss::None,
+         {179, 271, 272, 273, 298}},
+        {kR2010, "ACAD_TABLE", "AcDbTable", Which::All, Loss::None, {280}},
     };
     return rules;
 }
@@ -239,6 +312,15 @@ std::string_view versionOfVariable(std::string_view name) {
 
 std::string_view versionOfType(std::string_view type) {
     return versionIn(kTypes, type);
+}
+
+std::string_view versionOfForm(std::string_view type) {
+    return type == "VISUALSTYLE" ? kR2010 : std::string_view();
+}
+
+bool isKnownType(std::string_view type) {
+    return std::binary_search(std::begin(kOldTypes), std::end(kOldTypes), type) ||
+           !versionOfType(type).empty();
 }
 
 const TypeRules& VersionRules::of(std::string_view type) {

@@ -19,6 +19,13 @@ std::string_view versionOfVariable(std::string_view name);
 /// The same for a type of objects.
 std::string_view versionOfType(std::string_view type);
 
+/// First version that writes the objects of a type in another form than those before; empty for a
+/// type that has always had the same.
+std::string_view versionOfForm(std::string_view type);
+/// True for a type that programs know without a declaration among the classes, or one of the table
+/// behind versionOfType.
+bool isKnownType(std::string_view type);
+
 /// What is lost with a group.
 enum class Loss : uint8_t { None, Colour, Transparency, Material, Gradient, Background };
 

@@ -8,6 +8,7 @@
 #include "dxf/binary.h"
 #include "dxf/composer.h"
 #include "dxf/convert.h"
+#include "dxf/lift.h"
 #include "dxf/save_file.h"
 #include "dxf/versions.h"
 
@@ -52,8 +53,11 @@ bool write(Database& database, const std::string& path, const SaveOptions& optio
     Composition composition;
     fill(database, version, composition, outcome.notes);
     std::string cause;
-    if (!giveForm(origin, database.isChanged() || version != database.version(), composition,
-                  cause)) {
+    const bool changed = database.isChanged() || version != database.version();
+    if (changed && isOldVersion(origin.version)) {
+        outcome.notes.push_back("the drawing is of R12 or earlier, which is lifted to R2000");
+    }
+    if (!giveForm(origin, changed, composition, cause)) {
         outcome.error = path + ": " + cause;
         return false;
     }

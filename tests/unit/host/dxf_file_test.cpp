@@ -243,6 +243,27 @@ TEST_F(DxfFile, objects_without_handles_get_them_when_something_changes) {
     EXPECT_NE(save().find("0\nLINE\n  5\n100\n8\n0\n"), std::string::npos);
 }
 
+TEST_F(DxfFile, odd_spellings_and_comments_of_a_changed_object_stay) {
+    const std::string head =
+        "0\nLINE\n999\nbehind the type\n 5\n30\n102\n{OWN\n  70 \n 007 \n102\n}\n";
+    const std::string odd =
+        "  330\n 1F\n100\nAcDbEntity\n8\n0\n999\nbehind the layer\n62\n    -0\n100\nAcDbLine\n"
+        "10\n+1.50E+000\n20\n.5\n30\n0\n11\n-4.\n21\n  6.0  \n31\n1e-312\n424242\nunknown\n";
+    const std::string data =
+        "1001\nOTHER\n1010\n 1.0\n999\nin a point\n1020\n2.\n1030\n+3\n1070\n  7\n";
+    ASSERT_EQ(open(drawing(head + odd + data)), "");
+    setData();
+    EXPECT_NE(save().find(head + odd + data + "1001\nPLANT\n1070\n7\n0\nENDSEC\n"),
+              std::string::npos);
+    // The comment behind a group that gets another value comes behind the type.
+    const Chain list(acutBuildList(-1, Ename(u"30").name, 8, u"Locked", 0));
+    ASSERT_EQ(acdbEntMod(list.get()), RTNORM);
+    std::string changed = head + odd;
+    changed.replace(changed.find("8\n0\n999\nbehind the layer\n"), 25, "  8\nLocked\n");
+    changed.insert(7, "999\nbehind the layer\n");
+    EXPECT_NE(save().find(changed + data), std::string::npos);
+}
+
 TEST_F(DxfFile, an_embedded_object_behind_the_xdata_survives_a_change) {
     ASSERT_EQ(open(drawing(
                   line("30", "0", "1001 OTHER | 1070 1 | 101 Embedded Object | 70 1 | 10 0.50"))),
