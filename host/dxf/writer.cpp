@@ -32,9 +32,14 @@ bool write(Database& database, const std::string& path, const SaveOptions& optio
         }
     }
     FileOrigin& origin = database.origin();
-    if (version.empty()) version = database.saveVersion();
     Composition composition;
-    fill(database, version, composition, outcome.notes);
+    if (version.empty() && origin.save_as.empty() && origin.bytes != nullptr &&
+        !database.isChanged()) {
+        composition.pieces.push_back(origin.kept());
+    } else {
+        if (version.empty()) version = database.saveVersion();
+        fill(database, version, composition, outcome.notes);
+    }
     const bool own = isOwnFile(database, path);
     ReplaceOptions replace;
     replace.backup = options.backup;
