@@ -12,18 +12,19 @@ namespace console {
 
 /// Options of a command that works on a drawing.
 struct SessionOptions {
-    std::string drawing;  ///< empty for a new one
-    std::string target;   ///< where the drawing is saved; empty for nowhere
-    std::string input;    ///< file with the answers to prompts; empty for none
-    std::string trace;    ///< LEVEL[:MASK]; empty for silence
-    std::string version;  ///< that is saved; empty for the drawing's
-    bool backup = false;  ///< a file that is replaced stays as NAME.bak
-    bool force = false;   ///< save over what others changed
+    std::string drawing;     ///< empty for a new one
+    std::string target;      ///< where the drawing is saved; empty for nowhere
+    std::string input;       ///< file with the answers to prompts; empty for none
+    std::string trace;       ///< LEVEL[:MASK]; empty for silence
+    std::string version;     ///< that is saved; empty for the drawing's
+    bool backup = false;     ///< a file that is replaced stays as NAME.bak
+    bool force = false;      ///< save over what others changed
     bool backtrace = false;  ///< errors are shown with their chain of forms
     bool noSuite = false;
 };
 
-/// Adds --input, --trace, --backtrace and --no-suite to a command, and with `withFiles` -d, -s and how it saves.
+/// Adds --input, --trace, --backtrace and --no-suite to a command, and with `withFiles` -d, -s and
+/// how it saves.
 void addSessionOptions(Options& line, SessionOptions& options, bool withFiles);
 /// Adds --version, --backup and --force to a command that saves.
 void addSaveOptions(Options& line, SessionOptions& options);
