@@ -1,17 +1,29 @@
 /// Completeness of expressions.
 #include "expression_scanner.h"
 
+#include <algorithm>
+#include <utility>
+
 namespace console {
 
 void ExpressionScanner::feed(std::string_view line) {
-    char previous = '\n';
-    for (const char unit : line) {
-        step(unit, previous);
-        previous = unit;
-    }
+    for (const char unit : line)
+        step(unit);
 }
 
-void ExpressionScanner::step(char unit, char previous) {
+std::string ExpressionScanner::prompt() const {
+    constexpr size_t kShown = 12;
+    const auto open = static_cast<size_t>(std::max(depth_, 0));
+    std::string text(std::min(open, kShown), '(');
+    if (open > kShown) text += "..." + std::to_string(open);
+    if (state_ == State::Text || state_ == State::Escape) text += '"';
+    if (state_ == State::Block) text += ";|";
+    if (quoted_) text += '\'';
+    return text + "_> ";
+}
+
+void ExpressionScanner::step(char unit) {
+    const char previous = std::exchange(previous_, unit);
     switch (state_) {
         case State::Text:
             if (unit == '\\') state_ = State::Escape;

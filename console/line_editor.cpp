@@ -2,43 +2,32 @@
 #include "line_editor.h"
 
 #include <histedit.h>
+#include <langinfo.h>
+#include <poll.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <clocale>
-#include <cstdlib>
-#include <filesystem>
+#include <cstring>
+#include <vector>
 
-#include "host/lisp.h"
 #include "kz_tls21an/text.h"
 
 namespace console {
 
-namespace fs = std::filesystem;
-
 namespace {
 
-constexpr int kHistorySize = 1000;
-const char kWordEnds[] = " \t\n()'\";";
-
-/// File of the history; empty when there is no place for it.
-std::string historyPath() {
-    const char* state = std::getenv("XDG_STATE_HOME");
-    const char* home = std::getenv("HOME");
-    fs::path folder;
-    if (state && *state) {
-        folder = state;
-    } else if (home && *home) {
-        folder = fs::path(home) / ".local" / "state";
-    } else {
-        return {};
-    }
-    folder /= "kz_zaglaid";
-    std::error_code error;
-    fs::create_directories(folder, error);
-    return error ? std::string() : (folder / "history").string();
-}
+/// What the history of a running console holds.
+constexpr int kHistorySize = static_cast<int>(HistoryFile::kEntries);
+/// How long the cursor rests on the parenthesis that was closed [ms].
+constexpr int kBlink = 400;
+/// Names that are listed at once.
+constexpr size_t kListed = 300;
+// Terminals that know it mark what is pasted, so that it isn't taken for keys.
+constexpr char kPasteOn[] = "\x1b[?2004h", kPasteOff[] = "\x1b[?2004l";
+constexpr char kPasteBegin[] = "\x1b[200~", kPasteEnd[] = "\x1b[201~";
 
 LineEditor* owner(EditLine* editor) {
     void* data = nullptr;
@@ -50,108 +39,152 @@ char* currentPrompt(EditLine* editor) {
     return const_cast<char*>(owner(editor)->prompt().c_str());
 }
 
-std::string commonPrefix(const std::vector<std::string>& names) {
-    std::string common = names.front();
-    for (const std::string& name : names) {
-        const auto ends = std::mismatch(common.begin(), common.end(), name.begin(), name.end());
-        common.erase(ends.first, common.end());
-    }
-    return common;
-}
-
 /// Past libedit's own buffer, which knows nothing of it.
 void show(const std::string& text) {
     [[maybe_unused]] const ssize_t written = ::write(STDOUT_FILENO, text.data(), text.size());
 }
 
+std::string beforeCursor(EditLine* editor) {
+    const LineInfo* info = el_line(editor);
+    return {info->buffer, info->cursor};
+}
+
+bool inputWaits(int milliseconds) {
+    pollfd input{STDIN_FILENO, POLLIN, 0};
+    return ::poll(&input, 1, milliseconds) > 0;
+}
+
+/// Names in columns, as many as the terminal has room for.
 void list(const std::vector<std::string>& names) {
-    std::string text = "\n";
+    winsize size{};
+    const bool known = ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+    size_t width = 0;
     for (const std::string& name : names)
-        text += name + "\n";
+        width = std::max(width, name.size() + 2);
+    const size_t columns = std::max<size_t>((known ? size.ws_col : 80u) / width, 1);
+    const size_t count = std::min(names.size(), kListed);
+    const size_t rows = (count + columns - 1) / columns;
+    std::string text = "\n";
+    for (size_t row = 0; row < rows; ++row) {
+        for (size_t i = row; i < count; i += rows)
+            text += names[i] + (i + rows < count ? std::string(width - names[i].size(), ' ') : "");
+        text += "\n";
+    }
+    if (count < names.size()) text += "and " + std::to_string(names.size() - count) + " more\n";
     show(text);
 }
 
-unsigned char complete(EditLine* editor, int) {
-    const LineInfo* info = el_line(editor);
-    const std::string before(info->buffer, info->cursor);
-    const size_t end = before.find_last_of(kWordEnds);
-    const std::string prefix = before.substr(end == std::string::npos ? 0 : end + 1);
-    const std::vector<std::string> names = completions(prefix);
-    if (prefix.empty() || names.empty()) return CC_REFRESH_BEEP;
-    std::string text = commonPrefix(names);
-    if (names.size() > 1 && text.size() <= prefix.size()) {
-        list(names);
+unsigned char onTab(EditLine* editor, int) {
+    const std::string before = beforeCursor(editor);
+    // A tab that indents is blanks.
+    const bool indents = before.find_first_not_of(' ') == std::string::npos;
+    if (indents) return el_insertstr(editor, "  ") == 0 ? CC_REFRESH : CC_ERROR;
+    const Completion completion = owner(editor)->complete(before);
+    if (completion.names.empty()) return CC_REFRESH_BEEP;
+    std::string text = commonPrefix(completion.names);
+    if (completion.names.size() > 1 && text.size() <= completion.length) {
+        list(completion.names);
         return CC_REDISPLAY;
     }
-    if (names.size() == 1) text += ' ';
-    el_deletestr(editor, static_cast<int>(prefix.size()));
+    if (completion.names.size() == 1) text += completion.behind;
+    // libedit counts characters.
+    const std::string typed = before.substr(before.size() - completion.length);
+    const auto units =
+        std::count_if(typed.begin(), typed.end(), [](char unit) { return (unit & 0xC0) != 0x80; });
+    el_deletestr(editor, static_cast<int>(units));
     return el_insertstr(editor, text.c_str()) == 0 ? CC_REFRESH : CC_ERROR;
 }
 
-bool startsWith(std::u16string_view name, std::u16string_view prefix) {
-    return name.size() >= prefix.size() &&
-           kz::compareNoCase(name.substr(0, prefix.size()), prefix) == 0;
+/// A closing parenthesis: the cursor rests on the one that it closes until the next key.
+unsigned char onClosing(EditLine* editor, int) {
+    if (el_insertstr(editor, ")") != 0) return CC_ERROR;
+    if (inputWaits(0)) return CC_REFRESH;
+    const std::string before = beforeCursor(editor);
+    const size_t opening = owner(editor)->opening(before);
+    if (opening == std::string::npos) return CC_REFRESH;
+    const auto back = static_cast<int>(
+        std::count_if(before.begin() + static_cast<ptrdiff_t>(opening), before.end(),
+                      [](char unit) { return (unit & 0xC0) != 0x80; }));
+    el_cursor(editor, -back);
+    el_set(editor, EL_REFRESH);
+    inputWaits(kBlink);
+    el_cursor(editor, back);
+    return CC_REFRESH;
 }
 
-std::string lowered(std::u16string name) {
-    for (char16_t& unit : name)
-        unit = kz::lowerUnit(unit);
-    return kz::toUtf8(name);
+/// What the terminal marks as pasted goes into the input as plain keys.
+unsigned char onPaste(EditLine* editor, int) {
+    std::string text;
+    char unit = 0;
+    while (!text.ends_with(kPasteEnd) && ::read(STDIN_FILENO, &unit, 1) == 1)
+        text += unit;
+    if (text.ends_with(kPasteEnd)) text.resize(text.size() - std::strlen(kPasteEnd));
+    std::string keys;
+    for (const char key : text) {
+        if (key == '\t') keys += "  ";
+        if (key == '\r') keys += '\n';
+        const bool plain = static_cast<unsigned char>(key) >= ' ' && key != '\x7f';
+        if (plain || key == '\n') keys += key;
+    }
+    el_push(editor, keys.c_str());
+    return CC_NORM;
 }
 
 }  // namespace
 
-std::vector<std::string> completions(const std::string& prefix) {
-    const std::u16string wanted = kz::toUtf16(prefix);
-    std::vector<std::string> names;
-    std::vector<std::u16string> folded;
-    for (const host::LispFunction& function : host::lispFunctions()) {
-        folded.push_back(kz::toUpper(function.name));
-        if (!startsWith(function.name, wanted)) continue;
-        // Native functions have a spelling of their own; others are known in upper case only.
-        const bool own = function.name != folded.back();
-        names.push_back(own ? kz::toUtf8(function.name) : lowered(function.name));
-    }
-    std::sort(folded.begin(), folded.end());
-    for (const std::u16string& symbol : host::lispSymbols()) {
-        const bool known = std::binary_search(folded.begin(), folded.end(), symbol);
-        if (!known && startsWith(symbol, wanted)) names.push_back(lowered(symbol));
-    }
-    std::sort(names.begin(), names.end());
-    return names;
-}
-
-LineEditor::LineEditor() : historyFile_(historyPath()) {
+LineEditor::LineEditor() {
+    // Text is UTF-8, whatever the locale says.
     std::setlocale(LC_CTYPE, "");
+    if (std::strcmp(nl_langinfo(CODESET), "UTF-8") != 0) std::setlocale(LC_CTYPE, "C.UTF-8");
     editor_ = el_init("kz", stdin, stdout, stderr);
     history_ = history_init();
     HistEvent event;
     ::history(history_, &event, H_SETSIZE, kHistorySize);
-    ::history(history_, &event, H_SETUNIQUE, 1);
-    if (!historyFile_.empty()) ::history(history_, &event, H_LOAD, historyFile_.c_str());
+    for (const std::string& entry : file_.read())
+        ::history(history_, &event, H_ENTER, entry.c_str());
     el_set(editor_, EL_CLIENTDATA, this);
     el_set(editor_, EL_PROMPT, currentPrompt);
     el_set(editor_, EL_EDITOR, "emacs");
     el_set(editor_, EL_HIST, ::history, history_);
-    el_set(editor_, EL_ADDFN, "kz-complete", "Complete a name", complete);
+    el_set(editor_, EL_ADDFN, "kz-complete", "Complete a name", onTab);
+    el_set(editor_, EL_ADDFN, "kz-close", "Show the matching parenthesis", onClosing);
+    el_set(editor_, EL_ADDFN, "kz-paste", "Take what is pasted", onPaste);
     el_set(editor_, EL_BIND, "^I", "kz-complete", nullptr);
+    el_set(editor_, EL_BIND, ")", "kz-close", nullptr);
+    el_set(editor_, EL_BIND, kPasteBegin, "kz-paste", nullptr);
+    el_set(editor_, EL_BIND, "^R", "em-inc-search-prev", nullptr);
     el_source(editor_, nullptr);
 }
 
 LineEditor::~LineEditor() {
-    HistEvent event;
-    if (!historyFile_.empty()) ::history(history_, &event, H_SAVE, historyFile_.c_str());
     history_end(history_);
     el_end(editor_);
 }
 
-LineEditor::Event LineEditor::read(const std::string& prompt, std::string& line) {
+LineEditor::Event LineEditor::readExpression(const std::string& prompt,
+                                             const ExpressionScanner& open, std::string& line) {
     prompt_ = prompt;
+    open_ = open;
+    answers_ = false;
+    return read(line);
+}
+
+LineEditor::Event LineEditor::readAnswer(const std::string& prompt, std::string& line) {
+    prompt_ = prompt;
+    open_ = {};
+    answers_ = true;
+    return read(line);
+}
+
+LineEditor::Event LineEditor::read(std::string& line) {
     int count = 0;
     errno = 0;
+    show(kPasteOn);
     const char* text = el_gets(editor_, &count);
+    const int reason = errno;
+    show(kPasteOff);
     if (!text || count <= 0) {
-        if (errno != EINTR) return Event::End;
+        if (reason != EINTR) return Event::End;
         el_reset(editor_);
         show("\n");
         return Event::Cancelled;
@@ -160,9 +193,36 @@ LineEditor::Event LineEditor::read(const std::string& prompt, std::string& line)
     return Event::Line;
 }
 
+size_t LineEditor::opening(const std::string& line) const {
+    ExpressionScanner scanner = open_;
+    std::vector<size_t> open;
+    size_t closed = std::string::npos;
+    for (size_t i = 0; i < line.size(); ++i) {
+        const int before = scanner.openLists();
+        scanner.step(line[i]);
+        closed = std::string::npos;
+        if (scanner.openLists() > before) open.push_back(i);
+        if (scanner.openLists() < before && !open.empty()) {
+            closed = open.back();
+            open.pop_back();
+        }
+    }
+    return closed;
+}
+
 void LineEditor::remember(const std::string& expression) {
+    const std::string entry = onOneLine(expression);
+    if (entry.empty()) return;
     HistEvent event;
-    ::history(history_, &event, H_ENTER, expression.c_str());
+    // An earlier one that is the same goes.
+    for (int found = ::history(history_, &event, H_FIRST); found >= 0;
+         found = ::history(history_, &event, H_NEXT)) {
+        if (entry != event.str) continue;
+        ::history(history_, &event, H_DEL, event.num);
+        break;
+    }
+    ::history(history_, &event, H_ENTER, entry.c_str());
+    file_.append(entry);
 }
 
 }  // namespace console

@@ -2,9 +2,11 @@
 #ifndef CONSOLE_LINE_EDITOR_H
 #define CONSOLE_LINE_EDITOR_H
 
-#include <optional>
 #include <string>
-#include <vector>
+
+#include "completion.h"
+#include "expression_scanner.h"
+#include "history.h"
 
 struct editline;
 struct history;
@@ -13,30 +15,42 @@ namespace console {
 
 class LineEditor {
   public:
-    /// Reads the history of earlier sessions.
+    /// Reads the history of earlier consoles.
     LineEditor();
-    /// Writes it back.
     ~LineEditor();
     LineEditor(const LineEditor&) = delete;
     LineEditor& operator=(const LineEditor&) = delete;
 
     enum class Event { Line, Cancelled, End };
-    /// The next line with its end.
-    Event read(const std::string& prompt, std::string& line);
+    /// The next line of an expression, with its end. `open` is what the lines before have left
+    /// open.
+    Event readExpression(const std::string& prompt, const ExpressionScanner& open,
+                         std::string& line);
+    /// The answer to a prompt, with its end.
+    Event readAnswer(const std::string& prompt, std::string& line);
     /// Keeps an expression for the history.
     void remember(const std::string& expression);
 
+    // For the functions of keys:
+
     const std::string& prompt() const { return prompt_; }
+    /// What may stand for the last word of `line`.
+    Completion complete(const std::string& line) const {
+        return answers_ ? completeAnswer(prompt_, line) : completeExpression(open_, line);
+    }
+    /// Where the parenthesis stands in `line` that its last one closes; npos for none in this line.
+    size_t opening(const std::string& line) const;
 
   private:
+    Event read(std::string& line);
+
     editline* editor_;
     history* history_;
+    HistoryFile file_;
     std::string prompt_;
-    std::string historyFile_;
+    ExpressionScanner open_;
+    bool answers_ = false;  ///< a prompt is answered, no expression typed
 };
-
-/// Names that complete `prefix`, in the spelling of the user where it has no other; sorted.
-std::vector<std::string> completions(const std::string& prefix);
 
 }  // namespace console
 

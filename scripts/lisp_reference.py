@@ -1,19 +1,24 @@
 #!/usr/bin/env python3
-"""The texts of the manual: what stands on the twins, and the examples of all functions.
+"""The manual: docs/lisp_reference.md of the library's functions, docs/lisp_manual.md of the language.
 
-    lisp_reference.py               writes docs/lisp_reference.md
-    lisp_reference.py --check       compares it instead
+    lisp_reference.py [KZ]          writes both pages; KZ is the program, build/release/kz when it isn't named
+    lisp_reference.py --check [KZ]  compares them instead, and looks whether each twin has a test
     lisp_reference.py --table FILE  writes the texts as a C++ table, which the program is built with
+
+The functions of the language and the commands are those that the program has, with the texts in its tables.
 
 A twin carries `/// (name args) -> result` and sentences behind it. Examples stand in tests/lisp/examples, one
 file for a family; a line `; NAME` begins those of a function, up to a blank line or the next such line.
 """
+import json
 import pathlib
 import re
+import subprocess
 import sys
 
 ROOT = pathlib.Path(__file__).resolve().parent.parent
-TARGET = ROOT / "docs" / "lisp_reference.md"
+REFERENCE = ROOT / "docs" / "lisp_reference.md"
+MANUAL = ROOT / "docs" / "lisp_manual.md"
 EXAMPLES = ROOT / "tests" / "lisp" / "examples"
 TWIN = re.compile(r"((?:^///[^\n]*\n)+)KZ_TWIN\s+(\w+)_li\(", re.MULTILINE)
 
@@ -35,6 +40,18 @@ until its use ends. Where it may be left out, nil is the drawing in the editor. 
 put a wrong or missing argument on the error list.
 
 `dictName` and `xGroup` are the keys of an application's dictionary in the drawing, and of a record in it.
+"""
+
+MANUAL_HEAD = """# Lisp manual
+
+The functions of the language and the commands, as the program has them. This page is made from the tables in
+`host/lisp` and `host/command` and from the examples in `tests/lisp/examples` (`scripts/lisp_reference.py`);
+change those, not this page. The library's functions stand in `docs/lisp_reference.md`. In the console,
+`(kz_help 'name)`, `? name` and `kz help name` show the same.
+
+Items in square brackets are optional. An example shows behind `; =>` the value as the console prints it, behind
+`; prints` what it prints, behind `; error:` the error that it ends in; `...` stands for anything, and
+`;<` shows what the user answers. The lines of a function share a new drawing.
 """
 
 
@@ -98,7 +115,13 @@ def write(path, text):
         path.write_text(text, encoding="utf-8")
 
 
-def render():
+def code(lines):
+    return "\n" + "\n".join("    " + line for line in lines) + "\n" if lines else ""
+
+
+def reference():
+    """The page of the library's functions."""
+    shown = {name: lines for _, name, lines in examples()}
     folders = {}
     for folder, name, usage, text in twins():
         folders.setdefault(folder, []).append((name, usage, text))
@@ -110,21 +133,68 @@ def render():
             out.append(f"\n### {name}\n\n    {form.strip()}\n\nGives {result.strip()}.")
             if text:
                 out.append(f"\n{text}")
-            out.append("\n")
-    return re.sub(r"\n{3,}", "\n\n", "\n".join(out)).rstrip() + "\n"
+            out.append(code(shown.get(name)) + "\n")
+    return finished(out)
+
+
+def introduction(family):
+    """What the first line of a file of examples says that they are of."""
+    path = EXAMPLES / f"{family}.lsp"
+    found = path.exists() and re.match(r";; Examples of (.*)", path.read_text(encoding="utf-8"))
+    return found.group(1)[0].upper() + found.group(1)[1:] if found else ""
+
+
+def manual(program):
+    """The page of the language and the commands."""
+    told = subprocess.run([program, "help", "--json"], capture_output=True, text=True, check=True)
+    known = json.loads(told.stdout)
+    families = {}
+    for function in known["functions"]:
+        if function["kind"] == "language":
+            families.setdefault(function["family"], []).append(function)
+    out = [MANUAL_HEAD, "\n## Families\n"]
+    out += [f"- [{family}](#{family}): " + " ".join(f"`{row['name']}`" for row in rows)
+            for family, rows in sorted(families.items())]
+    out.append("- [Commands](#commands)\n")
+    for family, rows in sorted(families.items()):
+        out.append(f"\n## {family}\n\n{introduction(family)}\n")
+        for row in rows:
+            lines = row["examples"].split("\n") if row["examples"] else []
+            out.append(f"\n### `{row['name']}`\n\n    {row['usage']}\n\n{row['help']}\n{code(lines)}")
+    out.append("\n## Commands\n\n| command | short | does |\n|---|---|---|")
+    out += [f"| {row['name']} | {row['alias']} | {row['help']} |" for row in known["commands"]]
+    return finished(out)
+
+
+def finished(parts):
+    return re.sub(r"\n{3,}", "\n\n", "\n".join(parts)).rstrip() + "\n"
+
+
+def untested():
+    """Twins that no test names."""
+    tests = [path for kind in ("*.lsp", "*.cpp") for path in (ROOT / "tests").rglob(kind)]
+    words = set()
+    for path in tests:
+        words.update(re.findall(r"\w+", path.read_text(encoding="utf-8")))
+    return [name for _, name, _, _ in twins() if name not in words and name + "_li" not in words]
 
 
 def main():
     if "--table" in sys.argv:
         write(pathlib.Path(sys.argv[-1]), table())
         return
-    text = render()
-    if "--check" in sys.argv:
-        if not TARGET.exists() or TARGET.read_text(encoding="utf-8") != text:
-            sys.exit("docs/lisp_reference.md is behind the sources: run scripts/lisp_reference.py")
-        print("lisp reference: up to date")
+    named = [word for word in sys.argv[1:] if not word.startswith("--")]
+    pages = {REFERENCE: reference(), MANUAL: manual(named[0] if named else ROOT / "build/release/kz")}
+    if "--check" not in sys.argv:
+        for path, text in pages.items():
+            write(path, text)
         return
-    write(TARGET, text)
+    behind = [f"{path.relative_to(ROOT)} is behind: run scripts/lisp_reference.py" for path, text in pages.items()
+              if not path.exists() or path.read_text(encoding="utf-8") != text]
+    behind += [f"{name} is named in no test" for name in untested()]
+    if behind:
+        sys.exit("\n".join(behind))
+    print("the manual is up to date")
 
 
 if __name__ == "__main__":

@@ -8,8 +8,10 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <utility>
 
 #include "base/progress.h"
+#include "dxf/binary.h"
 #include "dxf/save_file.h"
 #include "kz_tls21an/text.h"
 
@@ -111,9 +113,6 @@ class Reader {
     void checkFileKind() const {
         const std::string_view image = database_.image();
         if (image.empty()) throw FormatError(nullptr, "the file is empty");
-        if (image.starts_with("AutoCAD Binary DXF")) {
-            throw FormatError(nullptr, "a binary DXF file; only ASCII DXF is read");
-        }
         if (image.size() >= 6 && image.starts_with("AC10") && isDigit(image[4]) &&
             isDigit(image[5])) {
             throw FormatError(nullptr,
@@ -473,14 +472,30 @@ class Reader {
 std::unique_ptr<Database> readImage(BigBytes bytes, size_t size, const std::string& name,
                                     std::string& error) {
     auto database = std::make_unique<Database>();
-    const char* begin = bytes.get();
-    database->setImage(std::move(bytes), size);
+    FileOrigin& origin = database->origin();
     try {
+        const std::string_view file(bytes.get(), size);
+        if (isBinary(file)) {
+            BinaryText text = decodeBinary(file);
+            if (!text.error.empty()) {
+                error = name + ", byte " + std::to_string(text.error_at) + ": " + text.error;
+                return nullptr;
+            }
+            origin.binary = true;
+            origin.bytes = std::exchange(bytes, std::move(text.bytes));
+            origin.size = std::exchange(size, text.size);
+        }
+        database->setImage(std::move(bytes), size);
         Reader(*database).read();
+        origin.version = database->version();
         return database;
     } catch (const FormatError& fault) {
+        const char* begin = database->image().data();
         error = name;
-        if (fault.at() != nullptr) {
+        if (fault.at() != nullptr && origin.binary) {
+            const auto at = static_cast<size_t>(fault.at() - begin);
+            error += ", byte " + std::to_string(binaryOffset(origin.kept(), at));
+        } else if (fault.at() != nullptr) {
             error += ", line " + std::to_string(std::count(begin, fault.at(), '\n') + 1);
         }
         error += ": ";

@@ -1,4 +1,4 @@
-/// Reads an ASCII DXF drawing into a database: one pass over the bytes that finds the objects and
+/// Reads a DXF drawing into a database: one pass over the bytes that finds the objects and
 /// checks the form of all values, and decodes nothing but names.
 #ifndef HOST_DXF_READER_H
 #define HOST_DXF_READER_H

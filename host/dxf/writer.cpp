@@ -3,7 +3,9 @@
 #include "dxf/writer.h"
 
 #include <new>
+#include <utility>
 
+#include "dxf/binary.h"
 #include "dxf/composer.h"
 #include "dxf/convert.h"
 #include "dxf/save_file.h"
@@ -21,25 +23,42 @@ void fill(Database& database, const std::string& version, Composition& out,
     if (version != database.version()) convertVersion(database, version, out, notes);
 }
 
+/// Puts the contents into the form of the drawing's file.
+bool giveForm(const FileOrigin& origin, bool changed, Composition& contents, std::string& cause) {
+    if (!changed && origin.bytes != nullptr) {
+        contents.pieces.assign(1, origin.kept());
+        return true;
+    }
+    if (!origin.binary) return true;
+    std::string binary;
+    if (!encodeBinary(contents.pieces, binary, cause)) return false;
+    contents.made.push_back(std::move(binary));
+    contents.pieces.assign(1, contents.made.back());
+    return true;
+}
+
+/// Puts the bytes together that the file will have. `version` is the one that was asked for, or
+/// empty.
+bool putTogether(Database& database, std::string version, Composition& out, SaveOutcome& outcome) {
+    const FileOrigin& origin = database.origin();
+    if (version.empty()) version = origin.save_as;
+    const std::string& present = origin.version.empty() ? database.version() : origin.version;
+    const bool changed = database.isChanged() || (!version.empty() && version != present);
+    if (version.empty()) version = database.version();
+    fill(database, version, out, outcome.notes);
+    return giveForm(origin, changed, out, outcome.error);
+}
+
 bool write(Database& database, const std::string& path, const SaveOptions& options,
            SaveOutcome& outcome) {
     std::string version;
-    if (!options.version.empty()) {
-        version = targetVersion(options.version, outcome.error);
-        if (version.empty()) {
-            outcome.error = path + ": " + outcome.error;
-            return false;
-        }
+    if (!options.version.empty()) version = targetVersion(options.version, outcome.error);
+    Composition composition;
+    if (!outcome.error.empty() || !putTogether(database, version, composition, outcome)) {
+        outcome.error = path + ": " + outcome.error;
+        return false;
     }
     FileOrigin& origin = database.origin();
-    Composition composition;
-    if (version.empty() && origin.save_as.empty() && origin.bytes != nullptr &&
-        !database.isChanged()) {
-        composition.pieces.push_back(origin.kept());
-    } else {
-        if (version.empty()) version = database.saveVersion();
-        fill(database, version, composition, outcome.notes);
-    }
     const bool own = isOwnFile(database, path);
     ReplaceOptions replace;
     replace.backup = options.backup;
@@ -49,7 +68,7 @@ bool write(Database& database, const std::string& path, const SaveOptions& optio
     if (!replaceFile(path, composition.pieces, replace, written, outcome.error)) return false;
     if (options.rename) {
         database.setPath(path);
-        origin.save_as = version == database.version() ? std::string() : version;
+        if (!version.empty()) origin.save_as = version;
     }
     if (own || options.rename) origin.stamp = written;
     return true;

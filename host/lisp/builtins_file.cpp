@@ -138,7 +138,7 @@ Value load(Interpreter& in, Args args) {
         if (args.size() == 2) return onFailure(in, args[1]);
         in.fail(u"LOAD failed: \"" + std::u16string(args[0].text()) + u"\"");
     }
-    return in.evalText(text, kz::toUtf16(path));
+    return in.evalText(text, {kz::toUtf16(path)});
 }
 
 const Builtin kRows[] = {

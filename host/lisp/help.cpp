@@ -69,7 +69,7 @@ std::vector<Topic> allTopics() {
 }
 
 /// Appends words, broken into lines that begin with `indent` blanks.
-void wrap(std::string& out, const std::string& text, size_t indent = 0) {
+void wrap(std::string& out, const std::string& text, size_t indent) {
     std::istringstream words(text);
     size_t column = 0;
     for (std::string word; words >> word;) {
@@ -100,7 +100,7 @@ std::string commentAbove(const LispFunction& function) {
     }
     std::string text;
     for (const std::string& part : comment)
-        wrap(text, part);
+        text += part + "\n";
     return text;
 }
 
@@ -121,7 +121,7 @@ std::string exampleLines(const std::string& lines) {
 std::string page(const Topic& topic) {
     const LispFunction& function = topic.function;
     std::string text = topic.usage + "\n";
-    wrap(text, topic.help);
+    wrap(text, topic.help, 0);
     if (function.kind == LispFunction::Kind::User && !function.file.empty()) {
         text += commentAbove(function);
         text +=
@@ -184,22 +184,23 @@ size_t distance(const std::string& a, const std::string& b) {
     return row.back();
 }
 
-/// Names that a misspelt word may stand for, the nearest first.
-std::string nearNames(const std::vector<Topic>& topics, const std::string& word) {
+}  // namespace
+
+std::vector<std::u16string> nearLispNames(std::u16string_view word) {
+    const std::string wanted = lowered(kz::toUtf8(word));
+    const size_t bound = std::min<size_t>(1 + wanted.size() / 4, 4);
     std::vector<std::pair<size_t, std::string>> near;
-    const size_t bound = std::min<size_t>(1 + word.size() / 4, 4);
-    for (const Topic& topic : topics) {
-        const size_t wrong = distance(word, lowered(topic.name));
-        if (wrong <= bound) near.emplace_back(wrong, topic.name);
+    for (const Topic& topic : allTopics()) {
+        const size_t wrong = distance(wanted, lowered(topic.name));
+        if (wrong > 0 && wrong <= bound) near.emplace_back(wrong, topic.name);
     }
     std::sort(near.begin(), near.end());
-    std::string names;
-    for (size_t i = 0; i < std::min(near.size(), kNearNames); ++i)
-        names += " " + near[i].second;
+    near.resize(std::min(near.size(), kNearNames));
+    std::vector<std::u16string> names;
+    for (const auto& [wrong, name] : near)
+        names.push_back(kz::toUtf16(name));
     return names;
 }
-
-}  // namespace
 
 bool lispHelp(std::u16string_view word, std::u16string& text) {
     const std::vector<Topic> topics = allTopics();
@@ -217,8 +218,10 @@ bool lispHelp(std::u16string_view word, std::u16string& text) {
     const bool known = !found.empty();
     if (!known) {
         found = "nothing is known of " + kz::toUtf8(word);
-        const std::string near = nearNames(topics, wanted);
-        found += near.empty() ? "\n" : "; near are:" + near + "\n";
+        std::string names;
+        for (const std::u16string& name : nearLispNames(word))
+            names += " " + kz::toUtf8(name);
+        found += names.empty() ? "\n" : "; near are:" + names + "\n";
     }
     text = kz::toUtf16(found);
     return known;

@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <bit>
 #include <new>
 
 #include "host/output.h"
@@ -135,10 +136,20 @@ Value Interpreter::evalAll(const Value& forms) {
     return result;
 }
 
-Value Interpreter::evalText(std::u16string_view text, std::u16string_view file,
+/// Number of the line before a text, for the places of its lists; 0 for none.
+uint32_t Interpreter::placesOf(std::u16string_view text, const LispSource& source) {
+    if (source.name.empty()) return 0;
+    const auto before = static_cast<uint32_t>(source.firstLine - 1);
+    auto lines = static_cast<uint32_t>(std::count(text.begin(), text.end(), u'\n')) + 1;
+    // What comes part by part gets numbers in ever larger lots.
+    if (before > 0) lines = std::bit_ceil(before + lines);
+    const uint32_t base = sources.enter(source.name, lines);
+    return base == 0 ? 0 : base + before;
+}
+
+Value Interpreter::evalText(std::u16string_view text, const LispSource& source,
                             const std::function<void(const Value&)>& afterEach) {
-    const auto lines = static_cast<uint32_t>(std::count(text.begin(), text.end(), u'\n')) + 1;
-    const uint32_t base = file.empty() ? 0 : sources.enter(file, lines);
+    const uint32_t base = placesOf(text, source);
     Reader reader(symbols, text, base);
     Value datum, result;
     for (;;) {

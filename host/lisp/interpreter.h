@@ -11,6 +11,7 @@
 #include <optional>
 #include <vector>
 
+#include "host/lisp.h"
 #include "lisp/backtrace.h"
 #include "lisp/builtin.h"
 #include "lisp/source_map.h"
@@ -49,9 +50,9 @@ class Interpreter {
     }
     /// Value of the last of several forms, nil for none.
     Value evalAll(const Value& forms);
-    /// Reads and evaluates a whole text; `file` is where it comes from, empty for nowhere.
-    /// `afterEach` gets the value of each expression. @return value of the last expression
-    Value evalText(std::u16string_view text, std::u16string_view file,
+    /// Reads and evaluates a whole text from a file or of a part of one. `afterEach` gets the value
+    /// of each expression. @return value of the last expression
+    Value evalText(std::u16string_view text, const LispSource& source,
                    const std::function<void(const Value&)>& afterEach = {});
 
     /// What can be called for a value in the place of a function: functions themselves, symbols
@@ -148,6 +149,7 @@ class Interpreter {
     };
     class Binding;
 
+    uint32_t placesOf(std::u16string_view text, const LispSource& source);
     Value evalWithin(const Value& form);
     Value evalCall(const Cons* form);
     Value callUser(const UserFunction& function, Args args);

@@ -16,6 +16,17 @@ namespace host::lisp {
 
 namespace fs = std::filesystem;
 
+namespace {
+
+constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";
+
+/// True for a text of 16-bit units with the mark that editors put in front of it.
+bool isUtf16(std::string_view bytes) {
+    return bytes.starts_with("\xFF\xFE") && bytes.size() % 2 == 0;
+}
+
+}  // namespace
+
 std::string findFile(const std::string& name) {
     const Database* drawing = currentDatabase();
     const fs::path file = drawing == nullptr ? "" : drawing->path();
@@ -48,7 +59,17 @@ bool readProgram(const std::string& path, std::u16string& text, std::string& err
         error = std::strerror(errno);
         return false;
     }
-    text = kz::toUtf16(bytes);
+    if (isUtf16(bytes)) {
+        text.resize(bytes.size() / 2 - 1);
+        std::memcpy(text.data(), bytes.data() + 2, text.size() * 2);
+        return true;
+    }
+    if (bytes.find('\0') != std::string::npos) {
+        error = "is no text; of a compiled program the source is needed";
+        return false;
+    }
+    const bool marked = bytes.starts_with(kUtf8Mark);
+    text = kz::toUtf16(std::string_view(bytes).substr(marked ? kUtf8Mark.size() : 0));
     return true;
 }
 

@@ -104,7 +104,7 @@ LispOutcome withoutMemory(const std::bad_alloc& reason) {
     return outcome;
 }
 
-LispOutcome evaluate(std::u16string_view text, std::u16string_view file,
+LispOutcome evaluate(std::u16string_view text, const LispSource& source,
                      const LispValueSink& each) {
     lisp::Interpreter& in = *session().interpreter;
     in.beginTopLevel();
@@ -126,7 +126,7 @@ LispOutcome evaluate(std::u16string_view text, std::u16string_view file,
         if (!printed.empty()) each(printed);
     };
     try {
-        outcome.value = shown(in.evalText(text, file, afterEach));
+        outcome.value = shown(in.evalText(text, source, afterEach));
         RestingCommand::finish();
     } catch (lisp::Failure& failure) {
         RestingCommand::cancel();
@@ -145,7 +145,7 @@ bool answerOf(std::u16string_view text, InputToken& token) {
     in.beginTopLevel();
     if (text.starts_with(u'!')) text.remove_prefix(1);
     try {
-        const lisp::Value value = in.evalText(text, u"");
+        const lisp::Value value = in.evalText(text, {});
         return lisp::answerToken(value, token);
     } catch (lisp::Failure& failure) {
         tell(u"; error: " + failed(in, failure).message);
@@ -163,8 +163,9 @@ bool answerOf(std::u16string_view text, InputToken& token) {
 
 }  // namespace
 
-LispOutcome evalLisp(std::u16string_view text, const LispValueSink& each) {
-    return evaluate(text, u"", each);
+LispOutcome evalLisp(std::u16string_view text, const LispValueSink& each,
+                     const LispSource& source) {
+    return evaluate(text, source, each);
 }
 
 LispOutcome loadLisp(const std::string& name) {
@@ -172,7 +173,7 @@ LispOutcome loadLisp(const std::string& name) {
     std::u16string text;
     std::string error;
     if (lisp::readProgram(path.empty() ? name : path, text, error)) {
-        return evaluate(text, kz::toUtf16(path), {});
+        return evaluate(text, {kz::toUtf16(path)}, {});
     }
     LispOutcome outcome;
     outcome.kind = LispOutcome::Kind::Unreadable;

@@ -39,13 +39,21 @@ struct LispOutcome {
     bool ok() const { return kind == Kind::Value; }
 };
 
+/// What a text is a part of; errors name it, and the line.
+struct LispSource {
+    std::u16string_view name;  ///< empty for nothing
+    int firstLine = 1;         ///< of the text, counted from 1
+};
+
 /// Takes the printed value of an expression; not called for one with nothing to show.
 using LispValueSink = std::function<void(std::u16string_view value)>;
 
 /// Evaluates a text that holds any number of expressions. Behind each of them the host warns on the
 /// message channel when database objects were left open or result buffers not released.
-/// @param each  gets the value of every expression as soon as it is there; may be empty
-HOST_API LispOutcome evalLisp(std::u16string_view text, const LispValueSink& each = {});
+/// @param each    gets the value of every expression as soon as it is there; may be empty
+/// @param source  where the text comes from
+HOST_API LispOutcome evalLisp(std::u16string_view text, const LispValueSink& each = {},
+                              const LispSource& source = {});
 /// Loads a program file in the same way. The name may lack ".lsp".
 HOST_API LispOutcome loadLisp(const std::string& path);
 /// The error of an outcome as people read it: "; error: MESSAGE", the form, file and line, each on
@@ -95,6 +103,8 @@ HOST_API std::vector<LispFunction> lispFunctions();
 /// for each that has the word in its name or text, else names that are spelled alike. Without a
 /// word a list of all. In any case a text of whole lines. @return true when the word is known
 HOST_API bool lispHelp(std::u16string_view word, std::u16string& text);
+/// Names of functions and commands that are spelled like a word, the nearest first; a few of them.
+HOST_API std::vector<std::u16string> nearLispNames(std::u16string_view word);
 /// True for the name of a symbol that has a value, in any case.
 HOST_API bool isLispSymbol(std::u16string_view name);
 /// Names of all symbols that have a value, in upper case.

@@ -46,7 +46,7 @@
 
 ; foreach
 (setq total 0)
-(foreach length '(1.5 2.0 0.25) (setq total (+ total length))) ; => 3.75
+(foreach part '(1.5 2.0 0.25) (setq total (+ total part))) ; => 3.75
 (foreach name nil (print name)) ; => nil
 
 ; setq

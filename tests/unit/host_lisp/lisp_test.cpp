@@ -169,6 +169,38 @@ TEST_F(Lisp, every_function_of_the_language_explains_itself) {
     EXPECT_GT(explained, 150u);
 }
 
+TEST_F(Lisp, an_error_keeps_the_chain_of_forms_that_led_there) {
+    eval(u"(defun down (n) (if (= n 0) (car 1) (1+ (down (1- n)))))");
+    EXPECT_EQ(host::evalLisp(u"(down 0)").backtrace,
+              u"; 0: (CAR 1) in DOWN\n; 1: (IF (= N 0) (CAR 1) (1+ (DOWN (1- N)))) in DOWN\n"
+              u"; 2: (DOWN 0)\n");
+    const host::LispOutcome deep = host::evalLisp(u"(down 1000)");
+    EXPECT_NE(deep.backtrace.find(u"; 19: (IF (= N 0) (CAR 1) (1+ (DOWN (1- N)))) in DOWN\n"
+                                  u"; ... 2,978 more ...\n; 2,998: (IF "),
+              std::u16string::npos);
+    EXPECT_TRUE(deep.backtrace.ends_with(u"; 3,002: (DOWN 1000)\n"));
+    EXPECT_EQ(host::describeError(deep).find(u"; 0: "), std::u16string::npos);
+    eval(u"(vl-bt-on)");
+    EXPECT_NE(host::describeError(deep).find(u"; 0: (CAR 1)"), std::u16string::npos);
+}
+
+TEST_F(Lisp, a_backtrace_is_that_of_the_failing_functions) {
+    // What was caught since, and what an error function does, changes nothing.
+    eval(u"(defun bad (x) (car x)) (bad 7)");
+    eval(u"(vl-catch-all-apply 'strlen '(5))");
+    eval(u"(vl-bt)");
+    EXPECT_EQ(printed, u"; 0: (CAR X) in BAD\n; 1: (BAD 7)\n");
+    for (const char16_t* mode : {u"(*push-error-using-stack*)", u"(*push-error-using-command*)"}) {
+        printed.clear();
+        eval(std::u16string(u"(defun *error* (m) (vl-bt) (car 8)) ") + mode);
+        eval(u"(bad 9)");
+        EXPECT_EQ(printed, u"; 0: (CAR X) in BAD\n; 1: (BAD 9)\n");
+    }
+    printed.clear();
+    eval(u"(defun where () (vl-bt) 1) (list (where))");
+    EXPECT_EQ(printed, u"; 0: (VL-BT) in WHERE\n; 1: (WHERE)\n; 2: (LIST (WHERE))\n");
+}
+
 TEST_F(Lisp, a_dropped_selection_set_is_freed_and_one_that_is_held_is_not) {
     const int64_t before = host::selectionSetCount();
     eval(u"(setq held (ssadd) twice (list held held)) (repeat 500 (ssadd))");
