@@ -38,17 +38,13 @@ class Bar {
   public:
     void follow(host::Work work, uint64_t done, uint64_t total) {
         const Clock::time_point now = Clock::now();
-        if (!running_ || work != work_ || done < done_) {
-            // The work began about as long ago as its first megabyte takes.
-            clear();
-            running_ = true;
-            work_ = work;
-            start_ = now;
-        }
-        done_ = done;
+        // Reading, converting and saving in a row are one wait.
+        if (now - last_ > kPatience) start_ = now;
+        last_ = now;
+        if (work != work_) clear();
+        work_ = work;
         if (done >= total) {
             clear();
-            running_ = false;
         } else if (now - start_ > kPatience && now - drawn_ > kPause) {
             draw(done, total);
             drawn_ = now;
@@ -76,11 +72,9 @@ class Bar {
         std::fflush(stderr);
     }
 
-    bool running_ = false;
     bool shown_ = false;
     host::Work work_ = host::Work::Reading;
-    uint64_t done_ = 0;
-    Clock::time_point start_, drawn_;
+    Clock::time_point start_, last_, drawn_;  ///< of the wait, of the last report and picture
 };
 
 bool isTerminal() {

@@ -1,4 +1,5 @@
-/// Any bytes as a drawing file: opened or refused, and what was opened saves and closes.
+/// Any bytes as a drawing file: opened or refused, and what was opened is described, saves, and can
+/// be opened again, also as another version.
 #include <unistd.h>
 
 #include <cstdint>
@@ -8,6 +9,7 @@
 
 #include "acad/ads.h"
 #include "host/drawing.h"
+#include "host/drawing_info.h"
 
 namespace {
 
@@ -34,6 +36,18 @@ void readEntities() {
     }
 }
 
+/// What the host writes it must be able to read.
+void saveAndOpen(const char* version) {
+    host::SaveOptions options;
+    options.version = version;
+    std::string error;
+    const host::SaveOutcome outcome = host::saveDrawing(inputPath(), options);
+    if (outcome.saved && !host::openDrawing(inputPath(), error)) {
+        std::fprintf(stderr, "saved as \"%s\": %s\n", version, error.c_str());
+        std::abort();
+    }
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
@@ -44,9 +58,12 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     std::fclose(file);
     std::string error;
     if (host::openDrawing(path, error)) {
+        host::DrawingInfo info;
+        host::describeDrawing(path, info, error);
         readEntities();
         acdbRegApp(u"FUZZ");
-        host::saveDrawing(path, error);
+        saveAndOpen(size % 2 == 0 ? "R2000" : "R2018");
+        saveAndOpen("");
         host::closeDrawing();
     }
     return 0;

@@ -148,6 +148,7 @@ class LeftOut {
         bool begins = false;
         while (cursor.next(pair)) {
             const std::string_view value = trimmed(pair.value);
+            if (pair.code == 0 && value == "EOF") return;
             if (begins && pair.code == 2) {
                 in_classes = value == "CLASSES";
                 if (value == "TABLES" || value == "BLOCKS" || value == "ENTITIES") return;
@@ -485,8 +486,10 @@ class VersionConverter {
             state.in_data = true;
             state.embedded = false;
         }
-        // The data of an xrecord may have any codes.
-        if (code == 101 && type != "XRECORD") state.embedded = true;
+        // Elsewhere 101 is a text like others.
+        if (code == 101 && (type == "MTEXT" || type == "ATTRIB" || type == "ATTDEF")) {
+            state.embedded = true;
+        }
         if (state.embedded && target_ < kR2018) {
             noteEmbedded(type, pair);
             set(i, Fate::Drop, state);

@@ -148,7 +148,11 @@ class Describer {
 
     /// Finds the markers of sections by their text, which is faster than by walking over the pairs.
     void measureSections() {
-        const std::string_view image = database_.image();
+        std::string_view image = database_.image();
+        // What stands behind the end doesn't count.
+        if (const char* end = database_.insertPoints().eof) {
+            image = image.substr(0, static_cast<size_t>(end - image.data()));
+        }
         const char* begin = nullptr;
         for (size_t at = image.find("SEC"); at != std::string_view::npos;
              at = image.find("SEC", at + 3)) {

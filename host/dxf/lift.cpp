@@ -74,8 +74,8 @@ class Parser {
         next();
         if (!isMarker("SECTION")) {
             throw FormatError(pair_.begin, "no DXF drawing: it starts with group " +
-                                               std::to_string(pair_.code) +
-                                               " and not with SECTION");
+                                               std::to_string(pair_.code) + " " +
+                                               quoted(pair_.value) + " and not with SECTION");
         }
         while (!isMarker("EOF"))
             readSection();
@@ -86,7 +86,9 @@ class Parser {
     void next() {
         do {
             if (!cursor_.next(pair_)) {
-                throw FormatError(cursor_.end(), "the file ends without EOF");
+                const std::string where =
+                    section_.empty() ? "" : " (in section " + std::string(section_) + ")";
+                throw FormatError(cursor_.end(), "the file ends without EOF" + where);
             }
         } while (pair_.code == 999);
         checkValue(pair_);
@@ -112,6 +114,7 @@ class Parser {
         next();
         if (pair_.code != 2) fail("a section without a name");
         const std::string_view name = trimmed(pair_.value);
+        section_ = name;
         next();
         if (name == "HEADER") {
             for (; !atSectionEnd(); next())
@@ -131,6 +134,7 @@ class Parser {
                 next();
             if (name != "CLASSES") contents_.others.append(begin, pair_.end);
         }
+        section_ = {};
         next();
     }
 
@@ -150,7 +154,7 @@ class Parser {
 
     void readHandle(Object& object) {
         if (!parseHandle(pair_.value, object.handle) || object.handle == 0) {
-            fail("\"" + std::string(trimmed(pair_.value).substr(0, 40)) + "\" is no handle");
+            fail(quoted(pair_.value) + " is no handle");
         }
         if (!handles_.insert(object.handle).second) {
             fail("handle " + std::string(trimmed(pair_.value)) + " stands twice");
@@ -191,6 +195,7 @@ class Parser {
 
     PairCursor cursor_;
     Pair pair_;
+    std::string_view section_;
     Contents contents_;
     std::unordered_set<uint64_t> handles_;
 };

@@ -177,7 +177,12 @@ std::string resolvedPath(const std::string& path) {
         const ssize_t size = ::readlink(wanted.c_str(), target, sizeof target);
         if (size < 0) return wanted;
         const std::string next(target, static_cast<size_t>(size));
-        wanted = next.starts_with('/') ? next : SplitPath(wanted).folder + "/" + next;
+        if (next.starts_with('/')) {
+            wanted = next;
+        } else {
+            wanted = SplitPath(wanted).folder;
+            wanted.append("/").append(next);
+        }
     }
     return wanted;
 }

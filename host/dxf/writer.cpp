@@ -38,29 +38,31 @@ bool giveForm(const FileOrigin& origin, bool changed, Composition& contents, std
     return true;
 }
 
+/// Puts the bytes together that the file will have. `version` is the one that was asked for, or
+/// empty.
+bool putTogether(Database& database, std::string version, Composition& out, SaveOutcome& outcome) {
+    const FileOrigin& origin = database.origin();
+    if (version.empty()) version = origin.save_as;
+    const std::string& present = origin.version.empty() ? database.version() : origin.version;
+    const bool changed = database.isChanged() || (!version.empty() && version != present);
+    if (version.empty()) version = database.version();
+    fill(database, version, out, outcome.notes);
+    if (changed && isOldVersion(origin.version)) {
+        outcome.notes.emplace_back("the drawing is of R12 or earlier, which is lifted to R2000");
+    }
+    return giveForm(origin, changed, out, outcome.error);
+}
+
 bool write(Database& database, const std::string& path, const SaveOptions& options,
            SaveOutcome& outcome) {
     std::string version;
-    if (!options.version.empty()) {
-        version = targetVersion(options.version, outcome.error);
-        if (version.empty()) {
-            outcome.error = path + ": " + outcome.error;
-            return false;
-        }
-    }
-    FileOrigin& origin = database.origin();
-    if (version.empty()) version = database.saveVersion();
+    if (!options.version.empty()) version = targetVersion(options.version, outcome.error);
     Composition composition;
-    fill(database, version, composition, outcome.notes);
-    std::string cause;
-    const bool changed = database.isChanged() || version != database.version();
-    if (changed && isOldVersion(origin.version)) {
-        outcome.notes.push_back("the drawing is of R12 or earlier, which is lifted to R2000");
-    }
-    if (!giveForm(origin, changed, composition, cause)) {
-        outcome.error = path + ": " + cause;
+    if (!outcome.error.empty() || !putTogether(database, version, composition, outcome)) {
+        outcome.error = path + ": " + outcome.error;
         return false;
     }
+    FileOrigin& origin = database.origin();
     const bool own = isOwnFile(database, path);
     ReplaceOptions replace;
     replace.backup = options.backup;
@@ -70,7 +72,7 @@ bool write(Database& database, const std::string& path, const SaveOptions& optio
     if (!replaceFile(path, composition.pieces, replace, written, outcome.error)) return false;
     if (options.rename) {
         database.setPath(path);
-        origin.save_as = version == database.version() ? std::string() : version;
+        if (!version.empty()) origin.save_as = version;
     }
     if (own || options.rename) origin.stamp = written;
     return true;
