@@ -79,6 +79,7 @@ Run defineCheck(Options& line) {
     line.argument("FILE", options->session.drawing, "Drawing to check");
     line.flag("--repair", options->repair, "Mend what can be mended without a guess");
     line.file("-s,--save", options->session.target, "Where the repaired drawing goes, FILE too");
+    addRecoverOption(line, options->session.recover);
     addSaveOptions(line, options->session);
     return [options] { return run(*options); };
 }

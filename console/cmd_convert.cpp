@@ -22,6 +22,7 @@ Run defineConvert(Options& line) {
     const auto options = std::make_shared<SessionOptions>();
     line.argument("FILE", options->drawing, "Drawing to convert");
     line.argument("OUT", options->target, "File to write; FILE itself is possible");
+    addRecoverOption(line, options->recover);
     addSaveOptions(line, *options);
     return [options] { return convert(*options); };
 }

@@ -20,6 +20,7 @@ namespace {
 struct FieldsOptions {
     std::string drawing, handle;
     bool json = false;
+    bool recover = false;
 };
 
 std::string numberText(double value) {
@@ -248,6 +249,7 @@ Run defineFields(Options& line) {
     line.argument("FILE", options->drawing, "Drawing to look at");
     line.argument("HANDLE", options->handle, "Only this entity, group or other object");
     line.flag("--json", options->json, "As a JSON list of objects with their applications");
+    addRecoverOption(line, options->recover);
     return [options] {
         if (options->drawing.empty()) {
             complain("fields takes the drawing to look at");
@@ -255,6 +257,7 @@ Run defineFields(Options& line) {
         }
         SessionOptions session;
         session.drawing = options->drawing;
+        session.recover = options->recover;
         Status status = openSession(session);
         if (status == kDone) status = tell(*options);
         return closeSession(session, status);

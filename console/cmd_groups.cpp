@@ -16,6 +16,7 @@ namespace {
 struct GroupsOptions {
     std::string drawing;
     bool json = false;
+    bool recover = false;
 };
 
 /// A group on the way through the forest.
@@ -144,6 +145,7 @@ Run defineGroups(Options& line) {
     const auto options = std::make_shared<GroupsOptions>();
     line.argument("FILE", options->drawing, "Drawing to look at");
     line.flag("--json", options->json, "As a JSON list of groups, each behind its parent");
+    addRecoverOption(line, options->recover);
     return [options] {
         if (options->drawing.empty()) {
             complain("groups takes the drawing to look at");
@@ -151,6 +153,7 @@ Run defineGroups(Options& line) {
         }
         SessionOptions session;
         session.drawing = options->drawing;
+        session.recover = options->recover;
         const Status status = openSession(session);
         if (status == kDone) show(options->json);
         return closeSession(session, status);

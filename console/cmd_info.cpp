@@ -23,6 +23,7 @@ struct InfoOptions {
     std::vector<std::string> drawings;
     bool json = false;
     bool all = false;
+    bool recover = false;
 };
 
 std::string number(uint64_t value) {
@@ -332,9 +333,8 @@ Status show(const InfoOptions& options) {
     if (options.json) out.json().open('[');
     for (size_t i = 0; i < options.drawings.size(); ++i) {
         DrawingInfo info;
-        std::string error;
-        if (!host::describeDrawing(options.drawings[i], info, error)) {
-            complain(error);
+        const std::string& path = options.drawings[i];
+        if (report(path, host::describeDrawing(path, info, {options.recover})) != kDone) {
             status = kFileError;
         } else if (options.json) {
             add(out, info);
@@ -357,6 +357,7 @@ Run defineInfo(Options& line) {
     line.arguments("FILE", options->drawings, "Drawings to look at");
     line.flag("--json", options->json, "As a JSON list of drawings, with all that was counted");
     line.flag("--all", options->all, "Long lists in full");
+    addRecoverOption(line, options->recover);
     return [options] { return show(*options); };
 }
 

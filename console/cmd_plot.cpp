@@ -27,6 +27,7 @@ struct PlotOptions {
     bool paper = false;
     bool dark = false;
     bool handles = false;
+    bool recover = false;
     bool groups = false;
 };
 
@@ -251,6 +252,7 @@ Status plot(const PlotOptions& options) {
     if (status != kDone) return status;
     SessionOptions session;
     session.drawing = options.drawing;
+    session.recover = options.recover;
     status = openSession(session);
     if (status == kDone) status = draw(options, request, format, dots);
     return closeSession(session, status);
@@ -273,6 +275,7 @@ Run definePlot(Options& line) {
                "Let a group, handles (1F,2A) or the entities of an expression stand out");
     line.flag("--groups", options->groups, "Each tree of groups in a colour of its own");
     line.flag("--handles", options->handles, "Show the handle beside each entity");
+    addRecoverOption(line, options->recover);
     return [options] { return plot(*options); };
 }
 

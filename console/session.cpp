@@ -101,10 +101,15 @@ void addSessionOptions(Options& line, SessionOptions& options, bool withFiles) {
         line.file("-s,--save", options.target, "Save the drawing here when all has succeeded");
         addSaveOptions(line, options);
     }
+    addRecoverOption(line, options.recover);
     line.file("--input", options.input, "Text file whose lines answer prompts");
     line.value("--trace", options.trace, "LEVEL[:MASK]", "Let trace statements speak on stderr");
     line.flag("--backtrace", options.backtrace, "Show errors with the forms that led there");
     line.flag("--no-suite", options.noSuite, "Do without the suite's services");
+}
+
+void addRecoverOption(Options& line, bool& recover) {
+    line.flag("--recover", recover, "Read what can be read of a damaged drawing");
 }
 
 void addSaveOptions(Options& line, SessionOptions& options) {
@@ -124,10 +129,9 @@ Status openSession(const SessionOptions& options) {
         host::newDrawing();
         return kDone;
     }
-    std::string error;
-    if (host::openDrawing(options.drawing, error)) return kDone;
-    complain(error);
-    return kFileError;
+    host::OpenOptions opening;
+    opening.recover = options.recover;
+    return report(options.drawing, host::openDrawing(options.drawing, opening));
 }
 
 Status closeSession(const SessionOptions& options, Status status) {
@@ -158,6 +162,15 @@ void showValue(std::u16string_view value) {
     if (value.empty()) return;
     std::u16string line(host::atLineStart(host::Channel::Lisp) ? u"" : u"\n");
     host::write(host::Channel::Lisp, line.append(value).append(u"\n"));
+}
+
+Status report(const std::string& drawing, const host::OpenOutcome& outcome) {
+    for (const std::string& line : outcome.recovered)
+        complain(drawing + ", " + line);
+    if (outcome.opened) return kDone;
+    complain(outcome.error);
+    if (outcome.damaged) complain("--recover reads what can be read of a damaged drawing");
+    return kFileError;
 }
 
 Status report(const host::LispOutcome& outcome) {

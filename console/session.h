@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "command.h"
+#include "host/drawing.h"
 #include "host/lisp.h"
 
 namespace console {
@@ -19,13 +20,16 @@ struct SessionOptions {
     std::string version;     ///< that is saved; empty for the drawing's
     bool backup = false;     ///< a file that is replaced stays as NAME.bak
     bool force = false;      ///< save over what others changed
+    bool recover = false;    ///< read what can be read of a damaged drawing
     bool backtrace = false;  ///< errors are shown with their chain of forms
     bool noSuite = false;
 };
 
-/// Adds --input, --trace, --backtrace and --no-suite to a command, and with `withFiles` -d, -s and
-/// how it saves.
+/// Adds --recover, --input, --trace, --backtrace and --no-suite to a command, and with `withFiles`
+/// -d, -s and how it saves.
 void addSessionOptions(Options& line, SessionOptions& options, bool withFiles);
+/// Adds --recover to a command that opens a drawing.
+void addRecoverOption(Options& line, bool& recover);
 /// Adds --version, --backup and --force to a command that saves.
 void addSaveOptions(Options& line, SessionOptions& options);
 
@@ -40,6 +44,8 @@ Status saveSession(const SessionOptions& options);
 
 /// Prints a value on a fresh line of standard output; nothing for an empty text.
 void showValue(std::u16string_view value);
+/// Says on standard error what was done to a damaged drawing, or why one wasn't opened.
+Status report(const std::string& drawing, const host::OpenOutcome& outcome);
 /// Says on standard error what went wrong.
 /// @return the exit status that it stands for; kDone for an outcome with a value
 Status report(const host::LispOutcome& outcome);

@@ -1,5 +1,5 @@
-/// Any bytes as a drawing file: opened or refused, and what was opened is described, saves, and can
-/// be opened again, also as another version.
+/// Any bytes as a drawing file: opened, recovered or refused, and what was opened is described,
+/// saves, and can be opened again, also as another version. Damage can always be recovered from.
 #include <unistd.h>
 
 #include <cstdint>
@@ -40,6 +40,7 @@ void readEntities() {
 void saveAndOpen(const char* version) {
     host::SaveOptions options;
     options.version = version;
+    options.force = true;
     std::string error;
     const host::SaveOutcome outcome = host::saveDrawing(inputPath(), options);
     if (outcome.saved && !host::openDrawing(inputPath(), error)) {
@@ -56,15 +57,22 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     if (file == nullptr) return 0;
     std::fwrite(data, 1, size, file);
     std::fclose(file);
-    std::string error;
-    if (host::openDrawing(path, error)) {
+    host::OpenOutcome outcome = host::openDrawing(path, host::OpenOptions());
+    const bool damaged = outcome.damaged;
+    host::OpenOptions opening;
+    opening.recover = damaged;
+    if (damaged) outcome = host::openDrawing(path, opening);
+    if (outcome.opened) {
         host::DrawingInfo info;
-        host::describeDrawing(path, info, error);
+        host::describeDrawing(path, info, opening);
         readEntities();
         acdbRegApp(u"FUZZ");
         saveAndOpen(size % 2 == 0 ? "R2000" : "R2018");
         saveAndOpen("");
         host::closeDrawing();
+    } else if (damaged && outcome.error.find("nothing of a drawing") == std::string::npos) {
+        std::fprintf(stderr, "not recovered: %s\n", outcome.error.c_str());
+        std::abort();
     }
     return 0;
 }

@@ -215,6 +215,8 @@ class Database {
     void forgetChanges() { changed_ = unsaved_ = false; }
     /// True when something changed since the drawing was read or last saved.
     bool isUnsaved() const { return unsaved_; }
+    /// The drawing differs from its file, which is damaged.
+    void noteRecovered() { noteChange(); }
     void markSaved() { unsaved_ = false; }
     /// Replaces the data of the applications in `chain`.
     Acad::ErrorStatus setXData(Slot slot, const resbuf* chain);

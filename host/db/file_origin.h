@@ -33,6 +33,8 @@ struct FileOrigin {
     BigBytes bytes;
     size_t size = 0;
     FileStamp stamp;
+    /// The file is damaged and the image is what could be read of it.
+    bool recovered = false;
     /// $ACADVER that the drawing is saved as from now on; empty for the version that it has.
     std::string save_as;
 

@@ -36,6 +36,7 @@ class Decoder {
     bool run(size_t limit) {
         while (at_ < file_.size() && size_ <= limit) {
             group_ = at_;
+            whole_size_ = size_;
             if (!decodeGroup()) return false;
             if (is_end_) return true;
         }
@@ -43,6 +44,8 @@ class Decoder {
     }
 
     size_t size() const { return size_; }
+    /// Size without the group that failed.
+    size_t wholeSize() const { return whole_size_; }
     size_t group() const { return group_; }
     const std::string& error() const { return error_; }
 
@@ -180,6 +183,7 @@ class Decoder {
     size_t group_ = 0;  ///< where the group begins that is decoded
     char* out_;         ///< NULL for counting only
     size_t size_ = 0;
+    size_t whole_size_ = 0;
     bool wide_ = true;
     bool is_end_ = false;
     std::string error_;
@@ -314,10 +318,8 @@ BinaryText decodeBinary(std::string_view file) {
     if (!decoder.run(SIZE_MAX)) {
         text.error = decoder.error();
         text.error_at = decoder.group();
-        text.bytes.reset();
-        return text;
     }
-    text.size = decoder.size();
+    text.size = text.error.empty() ? decoder.size() : decoder.wholeSize();
     std::memset(text.bytes.get() + text.size, 0, kImagePadding);
     return text;
 }

@@ -22,7 +22,7 @@ bool isBinary(std::string_view file);
 struct BinaryText {
     BigBytes bytes;
     size_t size = 0;
-    /// What was wrong, and the byte of the file where; then there is no text.
+    /// What was wrong, and the byte of the file where; then the text is that of the groups before.
     std::string error;
     size_t error_at = 0;
 };

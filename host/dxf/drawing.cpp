@@ -15,12 +15,20 @@ void newDrawing() {
     setCurrentDatabase(dxf::readText(dxf::newDrawingText(), "new drawing", error));
 }
 
-bool openDrawing(const std::string& path, std::string& error) {
-    std::unique_ptr<Database> database = dxf::readFile(path, error);
-    if (database == nullptr) return false;
+OpenOutcome openDrawing(const std::string& path, const OpenOptions& options) {
+    OpenOutcome outcome;
+    std::unique_ptr<Database> database = dxf::readFile(path, options, outcome);
+    if (database == nullptr) return outcome;
+    outcome.opened = true;
     setCurrentDatabase(std::move(database));
     tellMissingAttachments(*currentDatabase());
-    return true;
+    return outcome;
+}
+
+bool openDrawing(const std::string& path, std::string& error) {
+    OpenOutcome outcome = openDrawing(path, OpenOptions());
+    error = std::move(outcome.error);
+    return outcome.opened;
 }
 
 SaveOutcome saveDrawing(const std::string& path, const SaveOptions& options) {

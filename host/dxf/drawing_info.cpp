@@ -274,18 +274,19 @@ class Describer {
 
 }  // namespace
 
-bool describeDrawing(const std::string& path, DrawingInfo& out, std::string& error) {
-    const std::unique_ptr<Database> database = dxf::readFile(path, error);
-    if (database == nullptr) return false;
+OpenOutcome describeDrawing(const std::string& path, DrawingInfo& out, const OpenOptions& options) {
+    OpenOutcome outcome;
+    const std::unique_ptr<Database> database = dxf::readFile(path, options, outcome);
+    if (database == nullptr) return outcome;
     out = DrawingInfo();
     out.path = path;
     try {
         Describer(*database, out).run();
-        return true;
+        outcome.opened = true;
     } catch (const std::bad_alloc&) {
-        error = path + ": not enough memory to look at the drawing";
-        return false;
+        outcome.error = path + ": not enough memory to look at the drawing";
     }
+    return outcome;
 }
 
 }  // namespace host

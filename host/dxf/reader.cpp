@@ -13,6 +13,7 @@
 #include "base/progress.h"
 #include "dxf/binary.h"
 #include "dxf/lift.h"
+#include "dxf/recover.h"
 #include "dxf/save_file.h"
 #include "dxf/values.h"
 #include "kz_tls21an/text.h"
@@ -284,6 +285,8 @@ class Reader {
         const std::string name(trimmed(head.name));
         if (name.empty()) throw FormatError(head.begin, "a table without a name");
         SymbolTable& table = database_.addTable(name);
+        if (table.head != kNoSlot && database_.record(table.head).bytes == nullptr)
+            throw FormatError(head.begin, "table " + name + " stands behind what it is needed for");
         table.head = addObject(head, ObjectClass::TableHead);
         while (!isMarker("ENDTAB")) {
             atSectionEnd();
@@ -291,6 +294,9 @@ class Reader {
                 fail("table " + name + " has no ENDTAB");
             }
             const Scan scan = scanObject();
+            if (scan.type != name && isTableRecord(scan.type)) {
+                throw FormatError(scan.begin, "a " + std::string(scan.type) + " in table " + name);
+            }
             const Slot slot = addObject(scan, ObjectClass::TableRecord);
             database_.enterSymbol(table, slot, database_.codec().decode(trimmed(scan.name)));
         }
@@ -464,39 +470,125 @@ std::string liftIfOld(Database& database) {
     return version;
 }
 
-std::unique_ptr<Database> readImage(BigBytes bytes, size_t size, const std::string& name,
-                                    std::string& error) {
-    auto database = std::make_unique<Database>();
-    FileOrigin& origin = database->origin();
+/// A text whose lines end in carriage returns alone gets line feeds.
+void mendLineEnds(Database& database, char* text, size_t size) {
+    if (std::memchr(text, '\n', size) != nullptr || std::memchr(text, '\r', size) == nullptr)
+        return;
+    FileOrigin& origin = database.origin();
+    if (origin.bytes == nullptr) {
+        origin.bytes = makeBigBytes(size + kImagePadding);
+        if (origin.bytes == nullptr) throw std::bad_alloc();
+        std::memcpy(origin.bytes.get(), text, size);
+        origin.size = size;
+    }
+    std::replace(text, text + size, '\r', '\n');
+}
+
+/// Reads the bytes of a file into a database, which owns them from then on. @return false with
+/// place and cause of the fault
+bool readBytes(Database& database, BigBytes bytes, size_t size, std::string& fault, bool& damaged) {
+    FileOrigin& origin = database.origin();
+    if (isBinary({bytes.get(), size})) {
+        BinaryText text = decodeBinary({bytes.get(), size});
+        origin.binary = true;
+        origin.bytes = std::exchange(bytes, std::move(text.bytes));
+        origin.size = std::exchange(size, text.size);
+        if (!text.error.empty()) {
+            fault = ", byte " + std::to_string(text.error_at) + ": " + text.error;
+            damaged = true;
+            return false;
+        }
+    }
+    mendLineEnds(database, bytes.get(), size);
+    database.setImage(std::move(bytes), size);
     try {
-        const std::string_view file(bytes.get(), size);
-        if (isBinary(file)) {
-            BinaryText text = decodeBinary(file);
-            if (!text.error.empty()) {
-                error = name + ", byte " + std::to_string(text.error_at) + ": " + text.error;
-                return nullptr;
-            }
-            origin.binary = true;
-            origin.bytes = std::exchange(bytes, std::move(text.bytes));
-            origin.size = std::exchange(size, text.size);
+        origin.version = liftIfOld(database);
+        Reader(database).read();
+        return true;
+    } catch (const FormatError& error) {
+        const char* begin = database.image().data();
+        damaged = error.at() != nullptr;
+        if (damaged && origin.binary) {
+            const auto at = static_cast<size_t>(error.at() - begin);
+            fault = ", byte " + std::to_string(binaryOffset(origin.kept(), at));
+        } else if (damaged) {
+            fault = ", line " + std::to_string(std::count(begin, error.at(), '\n') + 1);
         }
-        database->setImage(std::move(bytes), size);
-        origin.version = liftIfOld(*database);
-        Reader(*database).read();
-        return database;
-    } catch (const FormatError& fault) {
-        const char* begin = database->image().data();
-        error = name;
-        if (fault.at() != nullptr && origin.binary) {
-            const auto at = static_cast<size_t>(fault.at() - begin);
-            error += ", byte " + std::to_string(binaryOffset(origin.kept(), at));
-        } else if (fault.at() != nullptr) {
-            error += ", line " + std::to_string(std::count(begin, fault.at(), '\n') + 1);
+        fault += ": ";
+        fault += error.what();
+        return false;
+    }
+}
+
+/// The sound part of a file, as text with room for padding.
+BigBytes recoveredBytes(std::string_view file, RecoveryReport& report, size_t& size) {
+    BinaryText decoded;
+    if (isBinary(file)) {
+        decoded = decodeBinary(file);
+        if (!decoded.error.empty()) {
+            report.dropped(
+                0, "all behind byte " + std::to_string(decoded.error_at) + ", " + decoded.error);
         }
-        error += ": ";
-        error += fault.what();
+        file = {decoded.bytes.get(), decoded.size};
+    }
+    const std::string text = recoverText(file.substr(markSize(file)), report);
+    BigBytes bytes = makeBigBytes(text.size() + kImagePadding);
+    if (bytes == nullptr) throw std::bad_alloc();
+    std::memcpy(bytes.get(), text.data(), text.size());
+    std::memset(bytes.get() + text.size(), 0, kImagePadding);
+    size = text.size();
+    return bytes;
+}
+
+/// The file that a drawing was read from.
+std::string_view fileOf(const Database& database) {
+    const FileOrigin& origin = database.origin();
+    return origin.bytes == nullptr ? database.image() : origin.kept();
+}
+
+/// Reads what recovery leaves of a file. @return NULL with the fault
+std::unique_ptr<Database> recoverImage(const Database& damaged, RecoveryReport& report,
+                                       std::string& fault) {
+    size_t size = 0;
+    BigBytes sound = recoveredBytes(fileOf(damaged), report, size);
+    if (size == 0) {
+        fault = ": nothing of a drawing can be read";
+        return nullptr;
+    }
+    auto database = std::make_unique<Database>();
+    bool still_damaged = false;
+    fault.clear();
+    if (!readBytes(*database, std::move(sound), size, fault, still_damaged)) {
+        fault += " (nothing more can be recovered)";
+        return nullptr;
+    }
+    FileOrigin& origin = database->origin();
+    origin.binary = damaged.origin().binary;
+    origin.bytes.reset();
+    origin.recovered = true;
+    database->noteRecovered();
+    return database;
+}
+
+std::unique_ptr<Database> readImage(BigBytes bytes, size_t size, const std::string& name,
+                                    const OpenOptions& options, OpenOutcome& outcome) {
+    RecoveryReport report;
+    try {
+        auto database = std::make_unique<Database>();
+        std::string fault;
+        bool damaged = false;
+        if (readBytes(*database, std::move(bytes), size, fault, damaged)) return database;
+        if (damaged && options.recover) {
+            auto recovered = recoverImage(*database, report, fault);
+            outcome.recovered = report.lines();
+            if (recovered != nullptr) return recovered;
+        }
+        // A text without sections is no drawing, and needs no advice.
+        outcome.damaged = damaged && !options.recover &&
+                          fileOf(*database).find("SECTION") != std::string_view::npos;
+        outcome.error = name + fault;
     } catch (const std::bad_alloc&) {
-        error = name + ": not enough memory to read the drawing";
+        outcome.error = name + ": not enough memory to read the drawing";
     }
     return nullptr;
 }
@@ -519,8 +611,16 @@ class Descriptor {
 }  // namespace
 
 std::unique_ptr<Database> readFile(const std::string& path, std::string& error) {
+    OpenOutcome outcome;
+    auto database = readFile(path, OpenOptions(), outcome);
+    error = std::move(outcome.error);
+    return database;
+}
+
+std::unique_ptr<Database> readFile(const std::string& path, const OpenOptions& options,
+                                   OpenOutcome& outcome) {
     const auto refuse = [&](const std::string& cause) {
-        error = path + ": " + cause;
+        outcome.error = path + ": " + cause;
         return nullptr;
     };
     const Descriptor file(::open(path.c_str(), O_RDONLY | O_CLOEXEC));
@@ -541,7 +641,7 @@ std::unique_ptr<Database> readFile(const std::string& path, std::string& error) 
         filled += static_cast<size_t>(got);
     }
     std::memset(bytes.get() + filled, 0, kImagePadding);
-    auto database = readImage(std::move(bytes), filled, path, error);
+    auto database = readImage(std::move(bytes), filled, path, options, outcome);
     if (database != nullptr) {
         database->setPath(path);
         database->origin().stamp = stampOf(status);
@@ -558,7 +658,10 @@ std::unique_ptr<Database> readText(std::string_view text, const std::string& nam
     }
     std::memcpy(bytes.get(), text.data(), text.size());
     std::memset(bytes.get() + text.size(), 0, kImagePadding);
-    return readImage(std::move(bytes), text.size(), name, error);
+    OpenOutcome outcome;
+    auto database = readImage(std::move(bytes), text.size(), name, OpenOptions(), outcome);
+    error = std::move(outcome.error);
+    return database;
 }
 
 }  // namespace host::dxf

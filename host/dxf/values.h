@@ -2,6 +2,7 @@
 #ifndef HOST_DXF_VALUES_H
 #define HOST_DXF_VALUES_H
 
+#include <algorithm>
 #include <charconv>
 #include <cstdint>
 #include <string>
@@ -22,6 +23,13 @@ inline int64_t integerOf(std::string_view value) {
     int64_t number = 0;
     std::from_chars(value.data(), value.data() + value.size(), number);
     return number;
+}
+
+/// True for the types of records that have a table of their name.
+inline bool isTableRecord(std::string_view type) {
+    static constexpr std::string_view kTables[] = {
+        "VPORT", "LTYPE", "LAYER", "STYLE", "VIEW", "UCS", "APPID", "DIMSTYLE", "BLOCK_RECORD"};
+    return std::find(std::begin(kTables), std::end(kTables), type) != std::end(kTables);
 }
 
 /// True when the value of a group has the form that its code asks for.

@@ -64,6 +64,12 @@ bool write(Database& database, const std::string& path, const SaveOptions& optio
     }
     FileOrigin& origin = database.origin();
     const bool own = isOwnFile(database, path);
+    if (own && origin.recovered && !options.force) {
+        outcome.error = path +
+                        ": damaged, and this is what could be read of it; save under another name, "
+                        "or with --force to replace it";
+        return false;
+    }
     ReplaceOptions replace;
     replace.backup = options.backup;
     replace.force = options.force;
@@ -74,7 +80,10 @@ bool write(Database& database, const std::string& path, const SaveOptions& optio
         database.setPath(path);
         if (!version.empty()) origin.save_as = version;
     }
-    if (own || options.rename) origin.stamp = written;
+    if (own || options.rename) {
+        origin.stamp = written;
+        origin.recovered = false;
+    }
     return true;
 }
 

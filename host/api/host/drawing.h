@@ -16,12 +16,31 @@ HOST_API void newDrawing();
 /// cause, and the present drawing stays as it is
 HOST_API bool openDrawing(const std::string& path, std::string& error);
 
+/// How a drawing is opened.
+struct OpenOptions {
+    /// What can be read of a damaged drawing is read.
+    bool recover = false;
+};
+
+/// What came of opening.
+struct OpenOutcome {
+    bool opened = false;
+    std::string error;     ///< one sentence when it wasn't
+    bool damaged = false;  ///< opening with `recover` could help
+    /// What was done to a damaged drawing, one sentence each, and a sum; empty for a sound one.
+    std::vector<std::string> recovered;
+};
+
+/// The same with options. A recovered drawing counts as changed, and is saved over its damaged file
+/// only by force.
+HOST_API OpenOutcome openDrawing(const std::string& path, const OpenOptions& options);
+
 /// How a drawing is saved.
 struct SaveOptions {
     /// A file that is replaced stays as NAME.bak.
     bool backup = false;
-    /// Also over the drawing's own file when another program changed it since it was opened, and
-    /// over a write-protected one.
+    /// Also over the drawing's own file when another program changed it since it was opened or it
+    /// is damaged, and over a write-protected one.
     bool force = false;
     /// The drawing goes by the file's name from then on.
     bool rename = false;

@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "host/drawing.h"
 #include "host/export.h"
 
 namespace host {
@@ -100,8 +101,9 @@ struct DrawingInfo {
 };
 
 /// Reads a drawing and counts. The drawing in the editor has no part in it.
-/// @return false with one sentence in `error`
-HOST_API bool describeDrawing(const std::string& path, DrawingInfo& out, std::string& error);
+/// @return as opening it would; `out` holds something when it was opened
+HOST_API OpenOutcome describeDrawing(const std::string& path, DrawingInfo& out,
+                                     const OpenOptions& options = {});
 
 }  // namespace host
 
