@@ -426,6 +426,7 @@ class Database {
     XData packing_;  ///< work space of setXData
 
     std::vector<std::unique_ptr<SymbolTable>> tables_;
+    std::unordered_map<std::string, SymbolTable*> table_index_;  ///< by name
     std::unordered_map<Slot, std::unique_ptr<DictionaryData>> dictionaries_;
     std::unordered_map<Slot, std::unique_ptr<GroupData>> groups_;
     Slot named_objects_ = kNoSlot;

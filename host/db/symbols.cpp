@@ -30,17 +30,15 @@ std::u16string recordMarker(std::string_view table) {
 }  // namespace
 
 SymbolTable* Database::table(std::string_view name) {
-    const std::string wanted = upperAscii(name);
-    for (const auto& table : tables_) {
-        if (table->name == wanted) return table.get();
-    }
-    return nullptr;
+    const auto found = table_index_.find(upperAscii(name));
+    return found == table_index_.end() ? nullptr : found->second;
 }
 
 SymbolTable& Database::addTable(std::string_view name) {
     if (SymbolTable* present = table(name)) return *present;
     tables_.push_back(std::make_unique<SymbolTable>());
     tables_.back()->name = upperAscii(name);
+    table_index_[tables_.back()->name] = tables_.back().get();
     return *tables_.back();
 }
 
@@ -70,14 +68,7 @@ Slot Database::findSymbol(std::string_view table_name, std::u16string_view name)
         !records_[last_app_slot_].erased) {
         return last_app_slot_;
     }
-    SymbolTable* symbols = nullptr;
-    for (const auto& candidate : tables_) {
-        if (candidate->name == table_name) {
-            symbols = candidate.get();
-            break;
-        }
-    }
-    if (symbols == nullptr) symbols = table(table_name);
+    SymbolTable* symbols = table(table_name);
     if (symbols == nullptr) return kNoSlot;
     const auto found = symbols->by_name.find(kz::toUpper(name));
     const bool missing = found == symbols->by_name.end() || records_[found->second].erased;
