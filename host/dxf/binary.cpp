@@ -24,6 +24,19 @@ constexpr std::string_view kSentinel("AutoCAD Binary DXF\r\n\x1A\0", 22);
 constexpr size_t kGrowth = 4;
 constexpr size_t kLongestChunk = 127;
 
+/// Texts of a binary drawing can hold line ends as they are, which in text have an escape of their
+/// own: "^J" stands in binary drawings too.
+struct LineEnd {
+    char raw;
+    std::string_view escape;
+};
+constexpr std::string_view kEscape = "\\U+000";
+constexpr LineEnd kLineEnds[] = {{'\n', "\\U+000A"}, {'\r', "\\U+000D"}};
+
+const LineEnd* lineEndOf(char c) {
+    return c == '\n' ? &kLineEnds[0] : c == '\r' ? &kLineEnds[1] : nullptr;
+}
+
 class Decoder {
   public:
     Decoder(std::string_view file, char* out) : file_(file), at_(kSentinel.size()), out_(out) {
@@ -153,9 +166,12 @@ class Decoder {
         if (end == std::string_view::npos) return fail("the file ends within a text");
         const std::string_view text = file_.substr(at_, end - at_);
         for (const char c : text) {
-            const bool ends_line = c == '\n' || c == '\r';
-            if (ends_line) put('^');
-            put(ends_line ? static_cast<char>(c + '@') : c);
+            const LineEnd* const mark = lineEndOf(c);
+            if (mark != nullptr) {
+                put(mark->escape);
+            } else {
+                put(c);
+            }
         }
         put('\n');
         at_ = end + 1;
@@ -268,7 +284,21 @@ class Encoder {
             return fail(text.substr(0, text.find('\0')), "with a NUL behind it");
         }
         putCode();
-        out_.append(text);
+        while (!text.empty()) {
+            const size_t plain = std::min(text.find(kEscape), text.size());
+            out_.append(text.substr(0, plain));
+            text.remove_prefix(plain);
+            const auto* const mark =
+                std::find_if(std::begin(kLineEnds), std::end(kLineEnds),
+                             [text](const LineEnd& end) { return text.starts_with(end.escape); });
+            if (mark != std::end(kLineEnds)) {
+                out_ += mark->raw;
+                text.remove_prefix(mark->escape.size());
+            } else if (!text.empty()) {
+                out_ += text.front();
+                text.remove_prefix(1);
+            }
+        }
         out_ += '\0';
         return true;
     }

@@ -1,9 +1,5 @@
-"""What a change doesn't touch comes back byte for byte: in drawings of this test's own, and in those of other
-makers in the folder KZ_DRAWINGS, when there is one."""
-import os
-import pathlib
+"""What a change doesn't touch comes back byte for byte."""
 import random
-import sys
 
 import ezdxf
 
@@ -38,9 +34,7 @@ def handle(part):
 
 def check(path, chance):
     same, saved = FOLDER / "same.dxf", FOLDER / "changed.dxf"
-    _, errors = run("eval", "-d", path, "-s", same, "1", status=None)
-    if errors:
-        return
+    run("eval", "-d", path, "-s", same, "1")
     expect(same.read_bytes() == path.read_bytes(), f"{path.name}: unchanged, but not the same bytes")
     before = objects(path)
     known = {handle(part): part for part in before}
@@ -67,17 +61,11 @@ def check(path, chance):
                f"{path.name}: {kind(part).decode()} {handle(part).decode()} changed in more than its data")
         expect((b"\r\n" in new) == (b"\r\n" in part), f"{path.name}: line ends")
     expect(added > 0, f"{path.name}: nothing changed")
-    expect(len(after) - len(before) == 1 or path.name.startswith("bad_"), f"{path.name}: {len(before)} objects, {len(after)} saved")
+    expect(len(after) - len(before) == 1, f"{path.name}: {len(before)} objects, {len(after)} saved")
 
 
 random_numbers = random.Random(7)
 for release in ("R2000", "R2007", "R2018"):
     for end in (b"\n", b"\r\n"):
         check(make(release, end), random_numbers)
-if "KZ_DRAWINGS" in os.environ:
-    for drawing in sorted(pathlib.Path(os.environ["KZ_DRAWINGS"]).glob("*.dxf")):
-        if b"Binary DXF" not in drawing.read_bytes()[:20]:
-            check(drawing, random_numbers)
-else:
-    print("drawings of other makers: skipped, KZ_DRAWINGS names no folder", file=sys.stderr)
 finish()

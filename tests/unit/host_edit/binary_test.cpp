@@ -56,8 +56,9 @@ TEST(BinaryDxf, other_spellings_mean_the_same) {
     EXPECT_EQ(decoded(encoded("0\nSECTION\n310\n" + std::string(600, 'A') + "\n  0\nEOF\n")),
               "  0\nSECTION\n310\n" + std::string(254, 'A') + "\n310\n" + std::string(346, 'A') +
                   "\n  0\nEOF\n");
-    EXPECT_EQ(decoded(kSentinel + std::string("\0\0SECTION\0\1\0a\nb\0", 16)),
-              "  0\nSECTION\n  1\na^Jb\n");
+    const std::string raw = kSentinel + std::string("\0\0SECTION\0\1\0a\nb\r^Jc\0", 20);
+    EXPECT_EQ(decoded(raw), "  0\nSECTION\n  1\na\\U+000Ab\\U+000D^Jc\n");
+    EXPECT_EQ(encoded(decoded(raw)), raw);
 }
 
 TEST(BinaryDxf, codes_of_one_byte_are_those_of_old_files) {
