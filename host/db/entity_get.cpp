@@ -79,7 +79,7 @@ resbuf* symbolList(Database& database, Slot record) {
         if (is_block && (code == 8 || code == 3 || code == 67)) continue;
         shown.push_back(tags[i]);
     }
-    addObjectGroups(database, shown, false, chain);
+    addObjectGroups(database, shown, is_block ? "BLOCK" : type, chain);
     if (is_block) {
         ads_name first;
         database.nameOf(firstEntity(database, record), first);
@@ -104,7 +104,7 @@ resbuf* objectList(Database& database, Slot slot, const resbuf* apps) {
     ads_name name;
     database.nameOf(slot, name);
     chain.addName(-1, name);
-    addObjectGroups(database, database.tags(slot), database.typeName(slot) == "XRECORD", chain);
+    addObjectGroups(database, database.tags(slot), database.typeName(slot), chain);
     if (database.record(slot).object_class == ObjectClass::SubEntity &&
         database.typeName(slot) == "SEQEND") {
         database.nameOf(database.mainEntity(slot), name);

@@ -144,6 +144,16 @@ bool isCommonEntityCode(int code) {
     return std::find(std::begin(kCodes), std::end(kCodes), code) != std::end(kCodes);
 }
 
+bool isSpacePoint(std::string_view type, int code) {
+    static constexpr std::string_view kTypes[] = {
+        "3DFACE", "ARC",    "ATTDEF", "ATTRIB",    "BLOCK", "CIRCLE",   "DIMENSION", "ELLIPSE",
+        "INSERT", "LEADER", "LINE",   "MTEXT",     "POINT", "POLYLINE", "RAY",       "SHAPE",
+        "SOLID",  "SPLINE", "TEXT",   "TOLERANCE", "TRACE", "VERTEX",   "XLINE"};
+    if (code == 210) return true;
+    return code >= 10 && code <= 16 &&
+           std::find(std::begin(kTypes), std::end(kTypes), type) != std::end(kTypes);
+}
+
 bool arrangeEntity(std::string_view type, Tags& tags) {
     const EntityRule* rule = entityRule(type);
     const bool marked = findTag(tags, 100) < tags.size();

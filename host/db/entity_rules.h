@@ -26,6 +26,10 @@ const EntityRule* entityRule(std::string_view type);
 /// True for the groups that every entity has in common (layer, colour, line type ...).
 bool isCommonEntityCode(int code);
 
+/// True for a group that is a point in space, or a direction, whatever a file leaves of it: simple
+/// writers leave out heights of 0.
+bool isSpacePoint(std::string_view type, int code);
+
 /// Brings the groups of an entity's list into file order: AcDbEntity with the common groups, then
 /// the classes with theirs. Handles, owners and type are not among them. False when a type without
 /// a rule comes without markers, or a required group is missing.

@@ -3,6 +3,7 @@
 
 #include "base/angles.h"
 #include "base/resbuf.h"
+#include "db/entity_rules.h"
 
 namespace host {
 
@@ -42,8 +43,9 @@ resbuf* ChainBuilder::release() {
 
 namespace {
 
-/// Adds a point; gives the index of its last tag.
-size_t addPoint(const Tags& tags, size_t i, ChainBuilder& chain) {
+/// Adds a point; gives the index of its last tag. Of a point in space the height may be missing,
+/// which stands for 0.
+size_t addPoint(const Tags& tags, size_t i, bool inSpace, ChainBuilder& chain) {
     resbuf* node = chain.add(acutNewRb(tags[i].code()));
     if (node == nullptr) return i;
     const int code = tags[i].code();
@@ -51,7 +53,7 @@ size_t addPoint(const Tags& tags, size_t i, ChainBuilder& chain) {
     if (i + 1 >= tags.size() || tags[i + 1].code() != code + 10) return i;
     node->resval.rpoint[1] = tags[++i].real();
     if (i + 1 >= tags.size() || tags[i + 1].code() != code + 20) {
-        markPoint2d(node);
+        if (!inSpace) markPoint2d(node);
         return i;
     }
     node->resval.rpoint[2] = tags[++i].real();
@@ -106,18 +108,19 @@ uint64_t handleOf(const ads_name name) {
 void addGroups(const Database& database, const Tags& tags, size_t from, ChainBuilder& chain) {
     for (size_t i = from; i < tags.size(); ++i) {
         if (dxf::isPointCode(tags[i].code())) {
-            i = addPoint(tags, i, chain);
+            i = addPoint(tags, i, false, chain);
         } else {
             addValue(database, tags[i], chain);
         }
     }
 }
 
-void addObjectGroups(const Database& database, const Tags& tags, bool xrecord,
+void addObjectGroups(const Database& database, const Tags& tags, std::string_view type,
                      ChainBuilder& chain) {
+    const bool xrecord = type == "XRECORD";
     for (size_t i = 0; i < tags.size(); ++i) {
         if (dxf::isPointCode(tags[i].code())) {
-            i = addPoint(tags, i, chain);
+            i = addPoint(tags, i, !xrecord && isSpacePoint(type, tags[i].code()), chain);
         } else if (isAngleCode(tags[i].code()) && !xrecord) {
             addValue(database, Tag(tags[i].code(), toRadians(tags[i].real())), chain);
         } else {

@@ -31,9 +31,10 @@ class ChainBuilder {
 
 /// Appends the groups of `tags` from index `from` on.
 void addGroups(const Database& database, const Tags& tags, size_t from, ChainBuilder& chain);
-/// Appends those of an entity, a table record or an object, with angles in radians. What an xrecord
-/// holds is left as it is.
-void addObjectGroups(const Database& database, const Tags& tags, bool xrecord, ChainBuilder& chain);
+/// Appends those of an entity, a table record or an object of a type, with angles in radians and
+/// points in space with their three coordinates. What an xrecord holds is left as it is.
+void addObjectGroups(const Database& database, const Tags& tags, std::string_view type,
+                     ChainBuilder& chain);
 
 /// Appends the group of a node. False for one that no object can have.
 bool appendGroup(const resbuf& node, Tags& tags);
