@@ -141,11 +141,13 @@ class Parser {
     Object readObject() {
         if (pair_.code != 0) fail("expected an object, found group " + std::to_string(pair_.code));
         Object object;
-        bool in_braces = false;
+        bool in_braces = false, in_xdata = false;
         do {
+            in_xdata = in_xdata || pair_.code == 1001;
             if (pair_.code == 102) in_braces = trimmed(pair_.value).starts_with('{');
             const int code = object.pairs.empty() || object.type() != "DIMSTYLE" ? 5 : 105;
-            if (pair_.code == code && object.handle == 0 && !in_braces) readHandle(object);
+            const bool own = !in_braces && !in_xdata;
+            if (pair_.code == code && object.handle == 0 && own) readHandle(object);
             object.pairs.push_back(pair_);
             next();
         } while (pair_.code != 0);
