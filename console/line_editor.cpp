@@ -54,14 +54,25 @@ bool inputWaits(int milliseconds) {
     return ::poll(&input, 1, milliseconds) > 0;
 }
 
-/// Names in columns, as many as the terminal has room for.
-void list(const std::vector<std::string>& names) {
+/// Characters of a text, which libedit counts.
+size_t characters(std::string_view text) {
+    return static_cast<size_t>(
+        std::count_if(text.begin(), text.end(), [](char unit) { return (unit & 0xC0) != 0x80; }));
+}
+
+/// Columns of the terminal.
+size_t terminalWidth() {
     winsize size{};
     const bool known = ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+    return known ? size.ws_col : 80;
+}
+
+/// Names in columns, as many as the terminal has room for.
+void list(const std::vector<std::string>& names) {
     size_t width = 0;
     for (const std::string& name : names)
         width = std::max(width, name.size() + 2);
-    const size_t columns = std::max<size_t>((known ? size.ws_col : 80u) / width, 1);
+    const size_t columns = std::max<size_t>(terminalWidth() / width, 1);
     const size_t count = std::min(names.size(), kListed);
     const size_t rows = (count + columns - 1) / columns;
     std::string text = "\n";
@@ -89,45 +100,65 @@ unsigned char onTab(EditLine* editor, int) {
     if (completion.names.size() == 1) text += completion.behind;
     // libedit counts characters.
     const std::string typed = before.substr(before.size() - completion.length);
-    const auto units =
-        std::count_if(typed.begin(), typed.end(), [](char unit) { return (unit & 0xC0) != 0x80; });
-    el_deletestr(editor, static_cast<int>(units));
+    el_deletestr(editor, static_cast<int>(characters(typed)));
     return el_insertstr(editor, text.c_str()) == 0 ? CC_REFRESH : CC_ERROR;
 }
 
-/// A closing parenthesis: the cursor rests on the one that it closes until the next key.
+/// A closing parenthesis: the cursor rests on the one that it closes until the next key. It is
+/// moved past libedit, which draws the parenthesis afterwards, and only within a row.
 unsigned char onClosing(EditLine* editor, int) {
+    const std::string before = beforeCursor(editor) + ")";
     if (el_insertstr(editor, ")") != 0) return CC_ERROR;
     if (inputWaits(0)) return CC_REFRESH;
-    const std::string before = beforeCursor(editor);
     const size_t opening = owner(editor)->opening(before);
     if (opening == std::string::npos) return CC_REFRESH;
-    const auto back = static_cast<int>(
-        std::count_if(before.begin() + static_cast<ptrdiff_t>(opening), before.end(),
-                      [](char unit) { return (unit & 0xC0) != 0x80; }));
-    el_cursor(editor, -back);
-    el_set(editor, EL_REFRESH);
+    const size_t back = characters(std::string_view(before).substr(opening));
+    const size_t column = characters(owner(editor)->prompt()) + characters(before);
+    const size_t width = terminalWidth();
+    if (column % width == 0 || (column - back) / width != column / width) return CC_REFRESH;
+    show(")\x1b[" + std::to_string(back) + "D");
     inputWaits(kBlink);
-    el_cursor(editor, back);
+    if (back > 1) show("\x1b[" + std::to_string(back - 1) + "C");
     return CC_REFRESH;
 }
 
-/// What the terminal marks as pasted goes into the input as plain keys.
+/// Takes off what stands behind the cursor.
+std::string takeBehindCursor(EditLine* editor) {
+    const LineInfo* info = el_line(editor);
+    std::string behind(info->cursor, info->lastchar);
+    const auto units = static_cast<int>(std::count_if(
+        behind.begin(), behind.end(), [](char unit) { return (unit & 0xC0) != 0x80; }));
+    el_cursor(editor, units);
+    el_deletestr(editor, units);
+    return behind;
+}
+
+/// What the terminal marks as pasted: its lines are taken as they are, and the last one, which has
+/// no end, can still be edited.
 unsigned char onPaste(EditLine* editor, int) {
+    LineEditor& lines = *owner(editor);
+    if (lines.pasteWaits()) {
+        el_insertstr(editor, lines.takePasted().c_str());
+        return CC_REFRESH;
+    }
     std::string text;
     char unit = 0;
     while (!text.ends_with(kPasteEnd) && ::read(STDIN_FILENO, &unit, 1) == 1)
-        text += unit;
+        text += unit == '\r' ? '\n' : unit;
     if (text.ends_with(kPasteEnd)) text.resize(text.size() - std::strlen(kPasteEnd));
-    std::string keys;
-    for (const char key : text) {
-        if (key == '\t') keys += "  ";
-        if (key == '\r') keys += '\n';
+    std::erase_if(text, [](char key) {
         const bool plain = static_cast<unsigned char>(key) >= ' ' && key != '\x7f';
-        if (plain || key == '\n') keys += key;
+        return !plain && key != '\n' && key != '\t';
+    });
+    const size_t end = text.find('\n');
+    if (end == std::string::npos) {
+        el_insertstr(editor, text.c_str());
+        return CC_REFRESH;
     }
-    el_push(editor, keys.c_str());
-    return CC_NORM;
+    lines.paste(text.substr(end + 1) + takeBehindCursor(editor));
+    el_insertstr(editor, text.substr(0, end).c_str());
+    el_push(editor, "\n");
+    return CC_REFRESH;
 }
 
 }  // namespace
@@ -177,14 +208,22 @@ LineEditor::Event LineEditor::readAnswer(const std::string& prompt, std::string&
 }
 
 LineEditor::Event LineEditor::read(std::string& line) {
+    if (const size_t end = pasted_.find('\n'); end != std::string::npos) {
+        line = pasted_.substr(0, end + 1);
+        pasted_.erase(0, end + 1);
+        show(prompt_ + line);
+        return Event::Line;
+    }
     int count = 0;
     errno = 0;
     show(kPasteOn);
+    if (pasteWaits()) el_push(editor_, kPasteBegin);
     const char* text = el_gets(editor_, &count);
     const int reason = errno;
     show(kPasteOff);
     if (!text || count <= 0) {
         if (reason != EINTR) return Event::End;
+        pasted_.clear();
         el_reset(editor_);
         show("\n");
         return Event::Cancelled;

@@ -3,6 +3,7 @@
 #define CONSOLE_LINE_EDITOR_H
 
 #include <string>
+#include <utility>
 
 #include "completion.h"
 #include "expression_scanner.h"
@@ -38,6 +39,11 @@ class LineEditor {
     Completion complete(const std::string& line) const {
         return answers_ ? completeAnswer(prompt_, line) : completeExpression(open_, line);
     }
+    /// Text that was pasted behind the present line: whole lines are the next to be read, what is
+    /// left is the beginning of the one behind them.
+    void paste(std::string text) { pasted_ = std::move(text); }
+    bool pasteWaits() const { return !pasted_.empty(); }
+    std::string takePasted() { return std::exchange(pasted_, {}); }
     /// Where the parenthesis stands in `line` that its last one closes; npos for none in this line.
     size_t opening(const std::string& line) const;
 
@@ -48,6 +54,7 @@ class LineEditor {
     history* history_;
     HistoryFile file_;
     std::string prompt_;
+    std::string pasted_;
     ExpressionScanner open_;
     bool answers_ = false;  ///< a prompt is answered, no expression typed
 };
