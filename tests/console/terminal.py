@@ -9,6 +9,7 @@ import tempfile
 import time
 
 PATIENCE = 20  # seconds for an answer, on a machine that is busy
+SUPPRESSED = pathlib.Path(__file__).resolve().parents[1] / "support" / "libedit.supp"
 PASTE = "\x1b[200~{}\x1b[201~"
 
 
@@ -22,7 +23,8 @@ class Terminal:
             os.chdir(folder)
             os.execve(program, [program, *arguments],
                       dict(os.environ, TERM="xterm", HOME=folder, KZ_HISTORY=folder + "/history", LC_ALL="C.UTF-8",
-                           LINES="24", COLUMNS="120"))
+                           LINES="24", COLUMNS="120",
+                           LSAN_OPTIONS=f"suppressions={SUPPRESSED}:print_suppressions=0"))
         self.text = ""
         self.expect(r"kz> $")
 
@@ -52,6 +54,11 @@ class Terminal:
 
     def leave(self):
         self.send("quit\rquit\r")
+        try:
+            while True:
+                self.text += os.read(self.read, 65536).decode(errors="replace")
+        except OSError:
+            pass  # the program has left
         _, status = os.waitpid(self.process, 0)
         os.close(self.read)
         return os.waitstatus_to_exitcode(status)
