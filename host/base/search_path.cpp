@@ -6,19 +6,52 @@
 #include <sstream>
 #include <system_error>
 
+#include "kz_tls21an/text.h"
+
 namespace fs = std::filesystem;
 
 namespace host {
 namespace {
 
-std::string fullPath(const fs::path& path) {
+std::string fullPath(const fs::path& wanted) {
     std::error_code error;
+    const fs::path path = spelledPath(wanted.string());
     if (!fs::is_regular_file(path, error)) return {};
     const fs::path full = fs::absolute(path, error);
     return error ? std::string() : full.lexically_normal().string();
 }
 
+/// The name in a folder that differs from `name` in the case of its letters; empty for none.
+std::string otherCase(const fs::path& folder, const std::string& name) {
+    const std::u16string wanted = kz::toUtf16(name);
+    std::string found;
+    std::error_code error;
+    fs::directory_iterator entry(folder.empty() ? fs::path(".") : folder, error);
+    for (; !error && entry != fs::directory_iterator(); entry.increment(error)) {
+        const std::string other = entry->path().filename().string();
+        if (kz::compareNoCase(kz::toUtf16(other), wanted) != 0) continue;
+        if (found.empty() || other < found) found = other;
+    }
+    return found;
+}
+
 }  // namespace
+
+std::string spelledPath(const std::string& name) {
+    std::error_code error;
+    if (name.empty() || fs::exists(name, error)) return name;
+    const fs::path plain = plainPath(name);
+    if (fs::exists(plain, error)) return plain.string();
+    fs::path path;
+    bool is_there = true;
+    for (const fs::path& part : plain) {
+        const bool known = !is_there || part.empty() || fs::exists(path / part, error);
+        const std::string other = known ? std::string() : otherCase(path, part.string());
+        is_there = known || !other.empty();
+        path /= other.empty() ? part : fs::path(other);
+    }
+    return path.string();
+}
 
 std::string plainPath(std::string path) {
     for (char& c : path) {
@@ -39,10 +72,8 @@ std::vector<std::string> supportFolders() {
 
 std::string findInPath(const std::string& name, const std::string& beside) {
     if (name.empty()) return {};
-    // A name that is there with its backslashes goes before one without.
     std::string found = fullPath(name);
     const fs::path plain = plainPath(name);
-    if (found.empty()) found = fullPath(plain);
     if (!found.empty() || plain.is_absolute()) return found;
     if (!beside.empty()) found = fullPath(fs::path(beside) / plain);
     if (!found.empty()) return found;

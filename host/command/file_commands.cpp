@@ -1,6 +1,7 @@
 /// QSAVE, SAVE and SAVEAS: the drawing's way to a file.
 #include <sys/stat.h>
 
+#include "base/search_path.h"
 #include "command/command.h"
 #include "db/database.h"
 #include "dxf/versions.h"
@@ -26,7 +27,7 @@ std::string fileOf(const CommandPrompt& prompt, std::string_view answer) {
     if (answer.size() > 1 && answer.front() == '"' && answer.back() == '"') {
         answer = answer.substr(1, answer.size() - 2);
     }
-    std::string file(answer);
+    std::string file = spelledPath(std::string(answer));
     const size_t name = file.rfind('/') == std::string::npos ? 0 : file.rfind('/') + 1;
     const size_t dot = file.rfind('.');
     if (dot == std::string::npos || dot <= name) {

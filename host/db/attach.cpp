@@ -285,15 +285,19 @@ std::string attachmentFile(Database& drawing, std::u16string_view path) {
         folders.push_back(fs::path(at->path()).parent_path());
     for (const std::string& support : supportFolders())
         folders.emplace_back(support);
+    // Of a DWG drawing what was saved as DXF is wanted.
+    const bool is_dwg = kz::compareNoCase(kz::toUtf16(wanted.extension().string()), u".dwg") == 0;
+    fs::path other = wanted;
+    other = is_dwg ? other.replace_extension(".dxf") : fs::path(wanted.string() + ".dxf");
+    std::vector<fs::path> names = {wanted, wanted.filename(), other, other.filename()};
+    if (is_dwg) std::rotate(names.begin(), names.begin() + 2, names.end());
     std::error_code error;
-    for (const char* extension : {"", ".dxf"}) {
+    for (const fs::path& name : names) {
         for (const fs::path& folder : folders) {
-            for (const fs::path& name : {wanted, wanted.filename()}) {
-                const fs::path candidate = folder / (name.string() + extension);
-                if (!fs::is_regular_file(candidate, error)) continue;
-                const fs::path found = fs::canonical(candidate, error);
-                if (!error) return found.string();
-            }
+            const fs::path candidate = spelledPath((folder / name).string());
+            if (!fs::is_regular_file(candidate, error)) continue;
+            const fs::path found = fs::canonical(candidate, error);
+            if (!error) return found.string();
         }
     }
     return {};

@@ -304,12 +304,16 @@ void TextCodec::decode(std::string_view bytes, std::u16string& out) const {
     }
     if (plain == bytes.size()) return;
     out.resize(from);
+    decodePlain(bytes, out);
+    decodeEscapes(out, from);
+}
+
+void TextCodec::decodePlain(std::string_view bytes, std::u16string& out) const {
     if (page_ == nullptr) {
         kz::appendUtf16(out, bytes);
     } else {
         page_->decode(bytes, out);
     }
-    decodeEscapes(out, from);
 }
 
 std::u16string TextCodec::decode(std::string_view bytes) const {

@@ -24,6 +24,8 @@ class TextCodec {
     /// Appends the decoded text, escapes and carets resolved.
     void decode(std::string_view bytes, std::u16string& out) const;
     std::u16string decode(std::string_view bytes) const;
+    /// Appends the decoded text of a file that is no drawing: escapes and carets stay.
+    void decodePlain(std::string_view bytes, std::u16string& out) const;
     /// Appends the text as the file holds it.
     void encode(std::u16string_view text, std::string& out) const;
     /// Length of a text as the limits of groups count it: characters since R2007, before that bytes

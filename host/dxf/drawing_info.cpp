@@ -8,6 +8,7 @@
 #include <cstring>
 #include <filesystem>
 
+#include "base/search_path.h"
 #include "db/attach.h"
 #include "dxf/object_survey.h"
 #include "dxf/reader.h"
@@ -259,12 +260,13 @@ class Describer {
     }
 
     /// A file beside the drawing counts as well as one that the path leads to.
-    bool isThere(std::string path) const {
-        std::replace(path.begin(), path.end(), '\\', '/');
+    bool isThere(const std::string& path) const {
+        const fs::path plain = plainPath(path);
         const fs::path folder = fs::path(database_.path()).parent_path();
         std::error_code ignored;
-        return !path.empty() && (fs::exists(folder / path, ignored) ||
-                                 fs::exists(folder / fs::path(path).filename(), ignored));
+        return !path.empty() &&
+               (fs::exists(spelledPath((folder / plain).string()), ignored) ||
+                fs::exists(spelledPath((folder / plain.filename()).string()), ignored));
     }
 
     Database& database_;

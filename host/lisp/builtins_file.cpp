@@ -1,9 +1,11 @@
-/// Files: opening, reading, loading. Files hold UTF-8; the end of a line is read in either form.
+/// Files: opening, reading, loading. Files hold UTF-8; a line that is none is read in the drawing's
+/// code page. The end of a line is read in either form.
 #include <unistd.h>
 
 #include <filesystem>
 #include <system_error>
 
+#include "base/search_path.h"
 #include "host/input.h"
 #include "kz_tls21an/text.h"
 #include "lisp/builtin.h"
@@ -22,11 +24,17 @@ Value open(Interpreter& in, Args args) {
         in.failWith(u"bad argument value:", args[1]);
     }
     const char letter[] = {static_cast<char>(mode[0] | 0x20), 'b', 0};
-    const std::string path = kz::toUtf8(name);
+    const std::string path = spelledPath(kz::toUtf8(name));
     std::error_code ignored;
     if (std::filesystem::is_directory(path, ignored)) return Value();
     std::FILE* const stream = std::fopen(path.c_str(), letter);
-    return stream ? Value::adopt(new File(stream, name, letter[0] == 'r')) : Value();
+    if (!stream) return Value();
+    const bool new_file = letter[0] == 'w' || std::filesystem::file_size(path, ignored) == 0;
+    const Value& encoding = optionalArg(args, 2);
+    const bool marked =
+        !encoding.isNil() && kz::compareNoCase(textArg(in, encoding), u"utf8-bom") == 0;
+    if (marked && letter[0] != 'r' && new_file) std::fputs("\xEF\xBB\xBF", stream);
+    return Value::adopt(new File(stream, name, letter[0] == 'r'));
 }
 
 Value close(Interpreter& in, Args args) {
@@ -44,7 +52,7 @@ bool nextLine(File& file) {
         bytes.push_back(static_cast<char>(byte));
     }
     if (bytes.size() > 1 && bytes.ends_with("\r\n")) bytes.erase(bytes.size() - 2, 1);
-    file.line = kz::toUtf16(bytes);
+    file.line = decodeText(bytes);
     file.position = file.line.starts_with(u'\xFEFF') ? 1 : 0;
     return !bytes.empty();
 }
@@ -94,7 +102,7 @@ bool isLambda(Interpreter& in, const Value& value) {
 
 Value deleteFile(Interpreter& in, Args args) {
     std::error_code error;
-    const std::filesystem::path path = kz::toUtf8(textArg(in, args[0]));
+    const std::filesystem::path path = spelledPath(kz::toUtf8(textArg(in, args[0])));
     if (std::filesystem::is_directory(path, error)) return Value();
     return in.truth(std::filesystem::remove(path, error));
 }
@@ -143,7 +151,8 @@ Value load(Interpreter& in, Args args) {
 
 const Builtin kRows[] = {
     {"open", 2, 3, open, "(open name mode [encoding])",
-     "Opens a file to read (r), write (w) or append (a); nil when it can't be opened."},
+     "Opens a file to read (r), write (w) or append (a); nil when it can't be opened. Encoding "
+     "\"utf8-bom\" begins a new file with the mark of UTF-8."},
     {"close", 1, 1, close, "(close file)", "Closes a file."},
     {"read-line", 0, 1, readLine, "(read-line [file])", "Next line of a file; nil at its end."},
     {"read-char", 0, 1, readChar, "(read-char [file])",

@@ -23,7 +23,7 @@ namespace {
 namespace fs = std::filesystem;
 
 fs::path pathArg(Interpreter& in, const Value& value) {
-    return plainPath(kz::toUtf8(textArg(in, value)));
+    return spelledPath(kz::toUtf8(textArg(in, value)));
 }
 
 // --- parts of names -----------------------------------------------------------------------------

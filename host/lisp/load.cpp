@@ -1,6 +1,7 @@
 /// Finding and reading program files.
 #include "lisp/load.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -26,6 +27,27 @@ bool isUtf16(std::string_view bytes) {
 }
 
 }  // namespace
+
+std::u16string decodeText(std::string_view bytes) {
+    std::u16string text = kz::toUtf16(bytes);
+    // Bytes that are no UTF-8 come as lone surrogates.
+    const bool foreign =
+        std::any_of(text.begin(), text.end(), [previous = u'\0'](char16_t unit) mutable {
+            const bool lone =
+                unit >= 0xDC80 && unit <= 0xDCFF && (previous < 0xD800 || previous > 0xDBFF);
+            previous = unit;
+            return lone;
+        });
+    Database* drawing = foreign ? currentDatabase() : nullptr;
+    if (drawing == nullptr) return text;
+    const HeaderVariable* page = drawing->header("$DWGCODEPAGE");
+    const bool named = page != nullptr && !page->tags.empty();
+    const std::string name =
+        named ? kz::toUtf8(page->tags.front().text(drawing->codec())) : "ANSI_1252";
+    text.clear();
+    dxf::TextCodec("AC1015", name).decodePlain(bytes, text);
+    return text;
+}
 
 std::string findFile(const std::string& name) {
     const Database* drawing = currentDatabase();
@@ -68,8 +90,10 @@ bool readProgram(const std::string& path, std::u16string& text, std::string& err
         error = "is no text; of a compiled program the source is needed";
         return false;
     }
+    // Files of old systems end their lines in carriage returns alone.
+    if (bytes.find('\n') == std::string::npos) std::replace(bytes.begin(), bytes.end(), '\r', '\n');
     const bool marked = bytes.starts_with(kUtf8Mark);
-    text = kz::toUtf16(std::string_view(bytes).substr(marked ? kUtf8Mark.size() : 0));
+    text = decodeText(std::string_view(bytes).substr(marked ? kUtf8Mark.size() : 0));
     return true;
 }
 
