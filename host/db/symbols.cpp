@@ -7,14 +7,6 @@
 namespace host {
 namespace {
 
-std::string upperAscii(std::string_view text) {
-    std::string upper(text);
-    for (char& c : upper) {
-        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 32);
-    }
-    return upper;
-}
-
 /// Class marker of a table's records.
 std::u16string recordMarker(std::string_view table) {
     static const std::unordered_map<std::string_view, std::u16string_view> kMarkers = {
@@ -30,14 +22,14 @@ std::u16string recordMarker(std::string_view table) {
 }  // namespace
 
 SymbolTable* Database::table(std::string_view name) {
-    const auto found = table_index_.find(upperAscii(name));
+    const auto found = table_index_.find(dxf::upperAscii(name));
     return found == table_index_.end() ? nullptr : found->second;
 }
 
 SymbolTable& Database::addTable(std::string_view name) {
     if (SymbolTable* present = table(name)) return *present;
     tables_.push_back(std::make_unique<SymbolTable>());
-    tables_.back()->name = upperAscii(name);
+    tables_.back()->name = dxf::upperAscii(name);
     table_index_[tables_.back()->name] = tables_.back().get();
     return *tables_.back();
 }
@@ -151,13 +143,13 @@ void Database::indexHeaders() {
 }
 
 HeaderVariable* Database::header(std::string_view name) {
-    const auto found = header_index_.find(upperAscii(name));
+    const auto found = header_index_.find(dxf::upperAscii(name));
     if (found == header_index_.end() || headers_[found->second].tags.empty()) return nullptr;
     return &headers_[found->second];
 }
 
 size_t Database::headerPlace(std::string_view name) {
-    const auto [found, made] = header_index_.emplace(upperAscii(name), headers_.size());
+    const auto [found, made] = header_index_.emplace(dxf::upperAscii(name), headers_.size());
     if (made) {
         headers_.emplace_back();
         headers_.back().name = found->first;

@@ -57,6 +57,15 @@ inline std::string_view trimmed(std::string_view text) {
     return text;
 }
 
+/// The text with its ASCII letters in upper case, as names of the format are compared.
+inline std::string upperAscii(std::string_view text) {
+    std::string upper(text);
+    for (char& c : upper) {
+        if (c >= 'a' && c <= 'z') c = static_cast<char>(c - 32);
+    }
+    return upper;
+}
+
 /// Position of the line end at or behind `at`, or `end`.
 inline const char* findLineEnd(const char* at, const char* end) {
 #if defined(__SSE2__)

@@ -294,8 +294,9 @@ class Reader {
                 fail("table " + name + " has no ENDTAB");
             }
             const Scan scan = scanObject();
-            if (scan.type != name && isTableRecord(scan.type)) {
-                throw FormatError(scan.begin, "a " + std::string(scan.type) + " in table " + name);
+            if (scan.type != table.name && isTableRecord(scan.type)) {
+                throw FormatError(scan.begin,
+                                  "a record of " + std::string(scan.type) + " in table " + name);
             }
             const Slot slot = addObject(scan, ObjectClass::TableRecord);
             database_.enterSymbol(table, slot, database_.codec().decode(trimmed(scan.name)));

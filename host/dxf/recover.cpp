@@ -341,7 +341,8 @@ class Recovery {
                 readTable();
             } else if (isTableRecord(trimmed(pair_.value))) {
                 const Object record = readObject();
-                report_.mended(record.line, "a " + record.type + " stood outside of any table");
+                report_.mended(record.line,
+                               "a record of " + record.type + " stood outside of any table");
                 tables_.at(record.type).first.records += record.text;
             } else {
                 break;
@@ -356,7 +357,7 @@ class Recovery {
         if (head.name.empty()) {
             report_.mended(head.line, "a table without a name");
         } else {
-            present = &tables_.at(head.name).first;
+            present = &tables_.at(upperAscii(head.name)).first;
             if (!present->head.empty())
                 report_.mended(head.line, "table " + head.name + " stood twice");
             if (present->head.empty()) present->head = head.text;
@@ -369,12 +370,13 @@ class Recovery {
             } else if (known) {
                 // The end of one table and the head of the next got lost.
                 if (present != nullptr) {
-                    report_.mended(record.line,
-                                   "a " + record.type + " stood in table " + present->name);
+                    report_.mended(record.line, "a record of " + record.type + " stood in table " +
+                                                    present->name);
                 }
                 tables_.at(record.type).first.records += record.text;
             } else {
-                report_.dropped(record.line, "a " + record.type + " in a table without a name");
+                report_.dropped(record.line,
+                                "a record of " + record.type + " in a table without a name");
             }
         }
         if (more_ && isMarker("ENDTAB")) {
