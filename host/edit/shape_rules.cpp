@@ -71,9 +71,6 @@ void bulgedPath(const std::vector<Vertex>& vertices, bool closed, const Add& add
 
 // --- texts --------------------------------------------------------------------------------------
 
-/// Fonts are not read; most letters are about this wide, by their height.
-constexpr double kLetterWidth = 0.8;
-
 /// A box: its lower left corner and its sides.
 struct TextBox {
     AcGePoint3d corner;
@@ -93,7 +90,7 @@ TextBox textBox(const Tags& tags, const dxf::TextCodec& codec) {
     const double height = realOf(tags, 40, 1.0);
     const size_t at = findTag(tags, 1);
     const auto letters = static_cast<double>(at < tags.size() ? tags[at].text(codec).size() : 1);
-    double width = letters * height * kLetterWidth * realOf(tags, 41, 1.0);
+    double width = textWidth(letters, height) * realOf(tags, 41, 1.0);
     double angle = realOf(tags, 50, 0.0) * kDegree;
     const int64_t across = integerOf(tags, 72, kLeft), above = integerOf(tags, 73, 0);
     const AcGePoint3d first = pointOf(tags, 10), second = pointOf(tags, 11, first);

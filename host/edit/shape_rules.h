@@ -9,6 +9,11 @@
 
 namespace host {
 
+/// Width of a text. Fonts are not read; most letters are about 0.8 of their height wide.
+constexpr double textWidth(double letters, double height) {
+    return letters * height * 0.8;
+}
+
 /// Shows the parts of an entity to a visitor. What it inserts is left to the walker.
 class EntityShape {
   public:

@@ -86,6 +86,8 @@ std::span<const Builtin> inputBuiltins();
 std::span<const Builtin> pathBuiltins();
 std::span<const Builtin> environmentBuiltins();
 std::span<const Builtin> screenBuiltins();
+std::span<const Builtin> viewBuiltins();
+std::span<const Builtin> dialogBuiltins();
 std::span<const Builtin> moduleBuiltins();
 std::span<const Builtin> helpBuiltins();
 

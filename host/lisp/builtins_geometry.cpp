@@ -5,6 +5,7 @@
 
 #include "acad/ed.h"
 #include "acad/ge.h"
+#include "edit/shape_rules.h"
 #include "edit/unit_table.h"
 #include "lisp/builtin.h"
 #include "lisp/interpreter.h"
@@ -157,6 +158,33 @@ Value inters(Interpreter& in, Args args) {
     return makeList(x, y, Value::real(points[0].z + first.z * along));
 }
 
+/// The value behind a code of an entity list; nil for none.
+Value groupOf(const Value& list, int32_t code) {
+    for (const Value* rest = &list; rest->isCons(); rest = &rest->cons()->cdr) {
+        const Value& pair = rest->cons()->car;
+        if (!pair.isCons() || !pair.cons()->car.isInteger()) continue;
+        if (pair.cons()->car.integer() == code) return pair.cons()->cdr;
+    }
+    return {};
+}
+
+/// Corners as if the text stood at the origin, not turned.
+Value textBox(Interpreter& in, Args args) {
+    const Value text = groupOf(listArg(in, args[0]), 1);
+    if (!text.isText()) return {};
+    const auto number = [&](int32_t code, double otherwise) {
+        const Value value = groupOf(args[0], code);
+        return value.isNumber() ? value.number() : otherwise;
+    };
+    resbuf size{};
+    const bool known = acedGetVar(u"TEXTSIZE", &size) == RTNORM && size.restype == RTREAL;
+    const double height = number(40, known ? size.resval.rreal : 1.0);
+    const double width =
+        textWidth(static_cast<double>(text.text().size()), height) * number(41, 1.0);
+    const ads_point low = {0, 0, 0}, high = {width, height, 0};
+    return makeList(pointValue(low), pointValue(high));
+}
+
 /// A number, or each number of a list, in another unit.
 Value convertUnit(Interpreter& in, Args args) {
     const auto change = unitChange(textArg(in, args[1]), textArg(in, args[2]));
@@ -180,6 +208,9 @@ const Builtin kRows[] = {
      "Point in a direction and distance from another."},
     {"inters", 4, 5, inters, "(inters point1 point2 point3 point4 [bounded])",
      "Where two lines meet, with nil for bounded beyond their ends too; nil when they don't."},
+    {"textbox", 1, 1, textBox, "(textbox entity-list)",
+     "Corners of a text by its groups 1, 40 and 41, as if it stood at the origin; nil without a "
+     "text. Fonts are not read, letters count as 0.8 of their height wide."},
     {"cvunit", 3, 3, convertUnit, "(cvunit number from to)",
      "A number, or a list of numbers, in another unit; nil when the units don't go together."},
     {"trans", 3, 4, trans, "(trans point from to [displacement])",

@@ -43,6 +43,7 @@ const Family kFamilies[] = {
     {"variable", variableBuiltins}, {"input", inputBuiltins},
     {"path", pathBuiltins},         {"environment", environmentBuiltins},
     {"screen", screenBuiltins},     {"module", moduleBuiltins},
+    {"view", viewBuiltins},         {"dialog", dialogBuiltins},
     {"help", helpBuiltins},
 };
 

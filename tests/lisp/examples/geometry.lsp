@@ -37,3 +37,7 @@
 (cvunit 100 "celsius" "fahrenheit") ; => 212.0
 (cvunit 1 "kg/m^3" "lb/cu ft") ; => 0.062428
 (cvunit 1 "gallon" "furlong") ; => nil
+
+; textbox
+(textbox '((1 . "DN 50") (40 . 2.5))) ; => ((0.0 0.0 0.0) (10.0 2.5 0.0))
+(textbox '((40 . 2.5))) ; => nil
