@@ -307,6 +307,11 @@ class Database {
     Acad::ErrorStatus dictionaryRemove(Slot dictionary, std::u16string_view key);
     Acad::ErrorStatus dictionaryRename(Slot dictionary, std::u16string_view key,
                                        std::u16string_view new_key);
+    /// The dictionary of what others keep with an object; kNoSlot for none.
+    Slot extension(Slot object);
+    /// Gives an object such a dictionary, which was made here and nothing owns yet. @return false
+    /// for another one, and when the object has one
+    bool addExtension(Slot object, Slot dictionary);
     /// True for an object that was made here and never entered into a dictionary, or taken out of
     /// one: it is not written.
     bool isUnowned(Slot slot) const;

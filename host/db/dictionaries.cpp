@@ -1,6 +1,7 @@
 /// Dictionaries: their entries are decoded when one of them is first asked for. The tags of a
 /// changed dictionary are made again when somebody next asks for them, so that many changes cost no
 /// more than their number.
+#include <algorithm>
 #include <utility>
 
 #include "db/database.h"
@@ -187,6 +188,55 @@ Acad::ErrorStatus Database::dictionaryRename(Slot slot, std::u16string_view key,
     const Slot object = dictionaryObject(slot, index);
     if (isGroup(object)) followEntry(object, new_key);
     return Acad::eOk;
+}
+
+namespace {
+
+constexpr std::u16string_view kExtension = u"{ACAD_XDICTIONARY";
+
+/// Index of the group that names the extension dictionary; the number of tags when there is none.
+size_t extensionPlace(const Tags& tags, const dxf::TextCodec& codec) {
+    for (size_t i = 1; i + 1 < tags.size() && tags[i].code() != 100; ++i) {
+        if (tags[i].code() == 102 && tags[i].text(codec) == kExtension) return i + 1;
+    }
+    return tags.size();
+}
+
+}  // namespace
+
+Slot Database::extension(Slot object) {
+    const Tags& groups = tags(object);
+    const size_t at = extensionPlace(groups, codec_);
+    if (at == groups.size()) return kNoSlot;
+    const Slot found = findHandle(groups[at].handleValue());
+    return isLiving(found) ? found : kNoSlot;
+}
+
+bool Database::addExtension(Slot object, Slot made) {
+    if (!isDictionary(made) || !isLiving(made) || !isUnowned(made)) return false;
+    if (extension(object) != kNoSlot) return false;
+    Tags& groups = changeTags(object);
+    const size_t at = extensionPlace(groups, codec_);
+    Tag name = Tag::handle(360, records_[made].handle);
+    if (at < groups.size()) {
+        groups[at] = std::move(name);
+    } else {
+        // Behind type and handle, as others write it.
+        Tags link;
+        link.emplace_back(102, std::u16string(kExtension));
+        link.push_back(std::move(name));
+        link.emplace_back(102, u"}");
+        const auto handle = std::find_if(groups.begin(), groups.end(), [](const Tag& tag) {
+            return tag.code() == 5 || tag.code() == 105;
+        });
+        groups.insert(handle == groups.end() ? groups.begin() + 1 : handle + 1, link.begin(),
+                      link.end());
+    }
+    touch(object);
+    setOwnerGroup(changeTags(made), records_[object].handle);
+    setOwner(made, object);
+    touch(made);
+    return true;
 }
 
 bool Database::isUnowned(Slot slot) const {

@@ -52,6 +52,25 @@ void dropOwnGroups(Tags& tags, bool is_dimstyle) {
     tags = std::move(kept);
 }
 
+/// Takes the groups of an extension dictionary and of reactors out of a list, wherever they stand:
+/// the host gives these itself. @return the dictionary, kNoSlot for none
+Slot takeExtension(const Database& database, Tags& tags) {
+    Slot extension = kNoSlot;
+    Tags kept;
+    bool in_extension = false, in_reactors = false;
+    for (Tag& tag : tags) {
+        const bool brace = tag.code() == 102;
+        const std::u16string text = brace ? tag.text(database.codec()) : std::u16string();
+        if (brace && text == u"{ACAD_XDICTIONARY") in_extension = true;
+        if (brace && text == u"{ACAD_REACTORS") in_reactors = true;
+        if (in_extension && tag.code() == 360) extension = database.findHandle(tag.handleValue());
+        if (!in_extension && !in_reactors) kept.push_back(std::move(tag));
+        if (brace && text == u"}") in_extension = in_reactors = false;
+    }
+    tags = std::move(kept);
+    return extension;
+}
+
 std::u16string textOf(const Database& database, const Tags& tags, int code) {
     const size_t at = findTag(tags, code);
     return at < tags.size() ? tags[at].text(database.codec()) : std::u16string{};
@@ -104,14 +123,11 @@ class EntityMaker {
     Slot make(bool& complete) {
         complete = true;
         if (type_.empty() || !tagsFromChain(list_, tags_)) return kNoSlot;
-        dropOwnGroups(tags_, type_ == "DIMSTYLE");
-        if (type_ == "BLOCK") return beginBlock(complete);
-        if (type_ == "ENDBLK") return endBlock();
-        if (isTable(type_)) return makeTableRecord();
-        const bool part = type_ == "VERTEX" || type_ == "ATTRIB" || type_ == "SEQEND";
-        if (!part) dropPending();
-        if (isObjectType()) return makeObject();
-        return part ? addPart(complete) : makeEntity(complete);
+        const Slot extension = type_ == "XRECORD" ? kNoSlot : takeExtension(database_, tags_);
+        const Slot slot = makeWithout(complete);
+        if (slot != kNoSlot && complete && extension != kNoSlot)
+            database_.addExtension(slot, extension);
+        return slot;
     }
 
     static void dropPending() {
@@ -126,6 +142,18 @@ class EntityMaker {
     }
 
   private:
+    /// Makes what the list describes, without an extension dictionary.
+    Slot makeWithout(bool& complete) {
+        dropOwnGroups(tags_, type_ == "DIMSTYLE");
+        if (type_ == "BLOCK") return beginBlock(complete);
+        if (type_ == "ENDBLK") return endBlock();
+        if (isTable(type_)) return makeTableRecord();
+        const bool part = type_ == "VERTEX" || type_ == "ATTRIB" || type_ == "SEQEND";
+        if (!part) dropPending();
+        if (isObjectType()) return makeObject();
+        return part ? addPart(complete) : makeEntity(complete);
+    }
+
     bool isTable(const std::string& type) const {
         return type != "BLOCK_RECORD" && database_.table(type) != nullptr;
     }
@@ -448,6 +476,8 @@ bool modifyTags(Database& database, Slot slot, const resbuf* list) {
     const std::string& type = database.typeName(slot);
     if (type == "XRECORD") return modifyXrecord(database, slot, list);
     if (!tagsFromChain(list, wanted)) return false;
+    const Slot extension = takeExtension(database, wanted);
+    if (extension != kNoSlot) database.addExtension(slot, extension);
     dropOwnGroups(wanted, type == "DIMSTYLE");
     if (wanted.empty()) return true;
     const Tags& present = database.tags(slot);

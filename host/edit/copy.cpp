@@ -57,31 +57,16 @@ void untie(std::string_view type, Tags& tags) {
 
 // --- extension dictionaries ---------------------------------------------------------------------
 
-constexpr std::u16string_view kExtension = u"{ACAD_XDICTIONARY";
-
-/// The dictionary that an entity owns; kNoSlot for none.
-Slot extensionOf(Database& database, Slot entity) {
-    const Tags& tags = database.tags(entity);
-    for (size_t i = 1; i + 1 < tags.size() && tags[i].code() != 100; ++i) {
-        if (tags[i].code() == 102 && tags[i].text(database.codec()) == kExtension) {
-            return database.findHandle(tags[i + 1].handleValue());
-        }
-    }
-    return kNoSlot;
-}
-
 Slot copyObject(Database& database, Slot source);
 
-Slot copyDictionary(Database& database, Slot source, Slot owner) {
+/// A copy that nothing owns yet, like all of these.
+Slot copyDictionary(Database& database, Slot source) {
     Tags tags = dictionaryTags();
     const size_t hard = findTag(database.tags(source), 280);
     if (hard < database.tags(source).size()) {
         tags.emplace(tags.begin() + 1, 280, database.tags(source)[hard].integer());
     }
-    const uint64_t handle = owner == kNoSlot ? 0 : database.record(owner).handle;
-    const Slot copy =
-        database.makeRecord("DICTIONARY", ObjectClass::Object, handle, std::move(tags));
-    database.record(copy).owner = owner;
+    const Slot copy = database.makeRecord("DICTIONARY", ObjectClass::Object, 0, std::move(tags));
     for (size_t i = database.dictionaryNext(source, 0); i != DictionaryData::kNone;
          i = database.dictionaryNext(source, i + 1)) {
         const std::u16string key = database.dictionary(source)->entry(i).key;
@@ -91,9 +76,8 @@ Slot copyDictionary(Database& database, Slot source, Slot owner) {
     return copy;
 }
 
-/// A copy that nothing owns yet.
 Slot copyObject(Database& database, Slot source) {
-    if (database.isDictionary(source)) return copyDictionary(database, source, kNoSlot);
+    if (database.isDictionary(source)) return copyDictionary(database, source);
     const Tags& tags = database.tags(source);
     const size_t marker = findTag(tags, 100);
     Tags copied(tags.begin() + static_cast<std::ptrdiff_t>(marker), tags.end());
@@ -107,16 +91,9 @@ Slot copyObject(Database& database, Slot source) {
 }
 
 void copyExtension(Database& database, Slot source, Slot copy) {
-    const Slot extension = extensionOf(database, source);
-    if (extension == kNoSlot || !database.isDictionary(extension)) return;
-    const Slot made = copyDictionary(database, extension, copy);
-    Tags& tags = database.changeTags(copy);
-    // Behind type and handle, as others write it.
-    Tags link;
-    link.emplace_back(102, std::u16string(kExtension));
-    link.push_back(Tag::handle(360, database.record(made).handle));
-    link.emplace_back(102, u"}");
-    tags.insert(tags.begin() + 2, link.begin(), link.end());
+    const Slot extension = database.extension(source);
+    if (!database.isDictionary(extension)) return;
+    database.addExtension(copy, copyDictionary(database, extension));
 }
 
 // --- entities -----------------------------------------------------------------------------------

@@ -44,7 +44,7 @@ const Family kFamilies[] = {
     {"path", pathBuiltins},         {"environment", environmentBuiltins},
     {"screen", screenBuiltins},     {"module", moduleBuiltins},
     {"view", viewBuiltins},         {"dialog", dialogBuiltins},
-    {"help", helpBuiltins},
+    {"ldata", ldataBuiltins},       {"help", helpBuiltins},
 };
 
 bool isFunction(const Value& value) {

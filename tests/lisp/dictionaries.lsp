@@ -77,4 +77,21 @@
 (is "no object" nil '(entmakex (list '(0 . "DICTIONARY") '(100 . "AcDbDictionary") '(3 . "E") (cons 350 e))))
 (is "entmod leaves entries alone" "X" '(progn (entmod (subst '(3 . "Y") '(3 . "X") (entget h))) (group 3 h)))
 
+
+(about "extension dictionaries by entmod")
+(setq d (entmakex '((0 . "DICTIONARY") (100 . "AcDbDictionary"))))
+(dictadd d "KEY" (entmakex '((0 . "XRECORD") (100 . "AcDbXrecord") (1 . "kept"))))
+(setq e (entmakex '((0 . "LINE") (10 0.0 0.0 0.0) (11 1.0 1.0 0.0))))
+(entmod (append (entget e) (list '(102 . "{ACAD_XDICTIONARY") (cons 360 d) '(102 . "}"))))
+(is "the group stands behind the handle" '(0 5 102 360 102 330) '(mapcar 'car (list (nth 1 (entget e)) (nth 2 (entget e)) (nth 3 (entget e)) (nth 4 (entget e)) (nth 5 (entget e)) (nth 6 (entget e)))))
+(is "the object owns it" e '(cdr (assoc 330 (entget d))))
+(setq other (entmakex (list '(0 . "POINT") '(102 . "{ACAD_XDICTIONARY") (cons 360 d) '(102 . "}") '(10 0.0 0.0 0.0))))
+(is "one that is owned is not taken over" nil '(assoc 360 (entget other)))
+(setq f (entmakex '((0 . "DICTIONARY") (100 . "AcDbDictionary"))))
+(setq other (entmakex (list '(0 . "POINT") '(102 . "{ACAD_XDICTIONARY") (cons 360 f) '(102 . "}") '(10 0.0 0.0 0.0))))
+(is "entmake ties it too" f '(cdr (assoc 360 (entget other))))
+(entdel e)
+(entdel e)
+(is "an erased object comes back with it" "kept" '(cdr (assoc 1 (dictsearch d "KEY"))))
+
 (finish)
