@@ -347,7 +347,7 @@ class Database {
     void indexHeaders();
 
     const dxf::TextCodec& codec() const { return codec_; }
-    void setCodec(dxf::TextCodec codec) { codec_ = std::move(codec); }
+    void setCodec(dxf::TextCodec codec) { codec_ = codec; }
     const std::string& version() const { return version_; }
     void setVersion(std::string version) { version_ = std::move(version); }
     /// The version that the drawing is saved as when nobody asks for another.

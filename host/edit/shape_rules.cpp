@@ -23,21 +23,6 @@ double sweepBetween(double from, double to) {
     return way <= 1e-12 ? way + kTurn : way;
 }
 
-/// All points of a code, in order.
-std::vector<AcGePoint3d> pointsOf(const Tags& tags, int code) {
-    std::vector<AcGePoint3d> points;
-    for (size_t at = findTag(tags, code); at < tags.size(); at = findTag(tags, code, at + 1))
-        points.push_back(pointOf(tags, code, {}, at));
-    return points;
-}
-
-std::vector<double> realsOf(const Tags& tags, int code) {
-    std::vector<double> values;
-    for (size_t at = findTag(tags, code); at < tags.size(); at = findTag(tags, code, at + 1))
-        values.push_back(tags[at].real());
-    return values;
-}
-
 /// A vertex with the bulge of the part behind it.
 struct Vertex {
     AcGePoint3d point;

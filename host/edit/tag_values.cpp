@@ -62,4 +62,18 @@ Tags pointTags(int code, const AcGePoint3d& point) {
     return tags;
 }
 
+std::vector<AcGePoint3d> pointsOf(const Tags& tags, int code) {
+    std::vector<AcGePoint3d> points;
+    for (size_t at = findTag(tags, code); at < tags.size(); at = findTag(tags, code, at + 1))
+        points.push_back(pointOf(tags, code, {}, at));
+    return points;
+}
+
+std::vector<double> realsOf(const Tags& tags, int code) {
+    std::vector<double> values;
+    for (size_t at = findTag(tags, code); at < tags.size(); at = findTag(tags, code, at + 1))
+        values.push_back(tags[at].real());
+    return values;
+}
+
 }  // namespace host

@@ -13,6 +13,10 @@ int64_t integerOf(const Tags& tags, int code, int64_t otherwise);
 AcGePoint3d pointOf(const Tags& tags, int code, const AcGePoint3d& otherwise = {}, size_t from = 0);
 AcGeVector3d vectorOf(const Tags& tags, int code, const AcGeVector3d& otherwise);
 
+/// All points, and all numbers, of a code, in order.
+std::vector<AcGePoint3d> pointsOf(const Tags& tags, int code);
+std::vector<double> realsOf(const Tags& tags, int code);
+
 /// The tags in front of an embedded object (101), which has groups of its own.
 Tags ownTags(const Tags& tags);
 

@@ -84,10 +84,13 @@ class Curve {
 
 /// Points along a B-spline, ends included, near enough to each other to draw it.
 /// @param weights  one a control point, or none
+/// @param chords  between two knots
+/// @param parameters  gets the parameter of each point; not wanted when NULL
 /// @return the control points themselves when knots and degree don't fit them
 std::vector<AcGePoint3d> splinePoints(int degree, const std::vector<double>& knots,
                                       const std::vector<AcGePoint3d>& control,
-                                      const std::vector<double>& weights);
+                                      const std::vector<double>& weights, int chords = 12,
+                                      std::vector<double>* parameters = nullptr);
 
 }  // namespace host
 

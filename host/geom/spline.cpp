@@ -40,23 +40,26 @@ bool fits(int degree, const std::vector<double>& knots, size_t points) {
 
 std::vector<AcGePoint3d> splinePoints(int degree, const std::vector<double>& knots,
                                       const std::vector<AcGePoint3d>& control,
-                                      const std::vector<double>& weights) {
+                                      const std::vector<double>& weights, int chords,
+                                      std::vector<double>* parameters) {
     if (!fits(degree, knots, control.size())) return control;
     std::vector<Weighted> points(control.size());
     for (size_t i = 0; i < control.size(); ++i) {
         const double weight = weights.size() == control.size() ? weights[i] : 1.0;
         points[i] = {control[i].asVector() * weight, weight};
     }
-    constexpr int kPointsPerSpan = 12;
     const auto order = static_cast<size_t>(degree);
     std::vector<AcGePoint3d> out;
+    const auto add = [&](double parameter, size_t span) {
+        out.push_back(pointAt(parameter, span, order, knots, points));
+        if (parameters != nullptr) parameters->push_back(parameter);
+    };
     for (size_t span = order; span < control.size(); ++span) {
         const double low = knots[span], high = knots[span + 1];
         if (high <= low) continue;
-        if (out.empty()) out.push_back(pointAt(low, span, order, knots, points));
-        for (int i = 1; i <= kPointsPerSpan; ++i)
-            out.push_back(
-                pointAt(low + (high - low) * i / kPointsPerSpan, span, order, knots, points));
+        if (out.empty()) add(low, span);
+        for (int i = 1; i <= chords; ++i)
+            add(low + (high - low) * i / chords, span);
     }
     return out.empty() ? control : out;
 }

@@ -89,6 +89,7 @@ std::span<const Builtin> screenBuiltins();
 std::span<const Builtin> viewBuiltins();
 std::span<const Builtin> dialogBuiltins();
 std::span<const Builtin> ldataBuiltins();
+std::span<const Builtin> curveBuiltins();
 std::span<const Builtin> moduleBuiltins();
 std::span<const Builtin> helpBuiltins();
 

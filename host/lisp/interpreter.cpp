@@ -44,7 +44,8 @@ const Family kFamilies[] = {
     {"path", pathBuiltins},         {"environment", environmentBuiltins},
     {"screen", screenBuiltins},     {"module", moduleBuiltins},
     {"view", viewBuiltins},         {"dialog", dialogBuiltins},
-    {"ldata", ldataBuiltins},       {"help", helpBuiltins},
+    {"curve", curveBuiltins},       {"ldata", ldataBuiltins},
+    {"help", helpBuiltins},
 };
 
 bool isFunction(const Value& value) {
