@@ -105,8 +105,7 @@ double CurvePath::parameterAtLength(double length) const {
     return piece.from + placeAt(piece.curve, piece.size, within) * (piece.to - piece.from);
 }
 
-double CurvePath::nearest(const AcGePoint3d& point, bool beyond) const {
-    const bool free = beyond && pieces_.size() == 1;
+double CurvePath::nearest(const AcGePoint3d& point) const {
     double best = startParameter(), least = (point - pieces_.front().curve.start()).length();
     for (const Piece& piece : pieces_) {
         const auto consider = [&](double t) {
@@ -118,10 +117,24 @@ double CurvePath::nearest(const AcGePoint3d& point, bool beyond) const {
         consider(0.0);
         consider(1.0);
         for (const double t : piece.curve.perpendiculars(point)) {
-            if (free || (t >= 0.0 && t <= 1.0)) consider(t);
+            if (t >= 0.0 && t <= 1.0) consider(t);
         }
     }
     return best;
+}
+
+AcGePoint3d CurvePath::nearestBeyond(const AcGePoint3d& point) const {
+    if (pieces_.size() > 1) return at(nearest(point));
+    const Curve& curve = pieces_.front().curve;
+    if (curve.isLine()) {
+        const std::vector<double> feet = curve.perpendiculars(point);
+        return feet.empty() ? curve.start() : curve.at(feet.front());
+    }
+    AcGeVector3d major, minor;
+    curve.axes(major, minor);
+    CurvePath whole;
+    whole.add(Curve::circle(curve.centre(), major, minor), 0.0, 1.0);
+    return whole.at(whole.nearest(point));
 }
 
 AcGeVector3d CurvePath::doubleArea() const {

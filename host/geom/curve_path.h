@@ -29,9 +29,11 @@ class CurvePath {
     double lengthTo(double parameter) const;
     /// The parameter at a length from the start; the nearest end for one beyond.
     double parameterAtLength(double length) const;
-    /// The parameter of the point next to a point, in space. @param beyond  a single piece counts
-    /// with what it is part of: the whole line, the whole ellipse
-    double nearest(const AcGePoint3d& point, bool beyond = false) const;
+    /// The parameter of the point next to a point, in space.
+    double nearest(const AcGePoint3d& point) const;
+    /// The point next to a point; a single piece counts with what it is part of: the whole line,
+    /// the whole ellipse.
+    AcGePoint3d nearestBeyond(const AcGePoint3d& point) const;
     /// Twice the area that the path and the chord between its ends enclose, as a vector that stands
     /// on it.
     AcGeVector3d doubleArea() const;

@@ -108,8 +108,9 @@ Value lengthAtPoint(Interpreter& in, Args args) {
 }
 Value nearestPoint(Interpreter& in, Args args) {
     const CurvePath path = pathArg(in, args[0]);
+    const AcGePoint3d point = pointArg(in, args[1]);
     const bool beyond = static_cast<bool>(optionalArg(args, 2));
-    return pointValue(path.at(path.nearest(pointArg(in, args[1]), beyond)));
+    return pointValue(beyond ? path.nearestBeyond(point) : path.at(path.nearest(point)));
 }
 Value area(Interpreter& in, Args args) {
     return Value::real(pathArg(in, args[0]).doubleArea().length() / 2);

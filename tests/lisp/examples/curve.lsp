@@ -64,6 +64,9 @@
 (vlax-curve-getClosestPointTo line '(3 5 1)) ; => (3.0 0.0 0.0)
 (vlax-curve-getClosestPointTo line '(12 5)) ; => (10.0 0.0 0.0)
 (vlax-curve-getClosestPointTo line '(12 5) T) ; => (12.0 0.0 0.0)
+(setq arc (entmakex (list '(0 . "ARC") '(10 0.0 0.0 0.0) '(40 . 10.0) '(50 . 0.0) (cons 51 (/ pi 2)))))
+(vlax-curve-getClosestPointTo arc '(0 -20 7)) ; => (10.0 0.0 0.0)
+(equal '(0.0 -10.0 0.0) (vlax-curve-getClosestPointTo arc '(0 -20 7) T) 1e-9) ; => T
 
 ; vlax-curve-getArea
 (rtos (vlax-curve-getArea (entmakex '((0 . "CIRCLE") (10 0 0) (40 . 2.0)))) 2 6) ; => "12.566371"
