@@ -69,7 +69,7 @@ size_t terminalWidth() {
 
 /// Names in columns, as many as the terminal has room for.
 void list(const std::vector<std::string>& names) {
-    size_t width = 0;
+    size_t width = 1;
     for (const std::string& name : names)
         width = std::max(width, name.size() + 2);
     const size_t columns = std::max<size_t>(terminalWidth() / width, 1);

@@ -165,8 +165,9 @@ void showValue(std::u16string_view value) {
 }
 
 Status report(const std::string& drawing, const host::OpenOutcome& outcome) {
+    const std::string place = drawing + ", ";
     for (const std::string& line : outcome.recovered)
-        complain(drawing + ", " + line);
+        complain(std::string(place).append(line));
     if (outcome.opened) return kDone;
     complain(outcome.error);
     if (outcome.damaged) complain("--recover reads what can be read of a damaged drawing");

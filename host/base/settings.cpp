@@ -72,6 +72,7 @@ std::vector<std::u16string> parts(const std::string& line) {
         }
     }
     std::vector<std::u16string> texts;
+    texts.reserve(items.size());
     for (const std::string& item : items)
         texts.push_back(kz::toUtf16(item));
     return texts;

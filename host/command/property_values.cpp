@@ -126,7 +126,7 @@ std::u16string askLinetype(CommandPrompt& prompt, std::u16string_view text,
         const std::u16string typed =
             askName(prompt, std::u16string(text) + u" <" + std::u16string(present) + u">: ");
         if (typed.empty()) return std::u16string(present);
-        const std::u16string name = linetypeOf(drawing, typed);
+        std::u16string name = linetypeOf(drawing, typed);
         if (!name.empty()) return name;
         prompt.say(u"There is no linetype " + typed + u" in the drawing.");
     }

@@ -155,6 +155,7 @@ Slot copyEntity(Database& database, Slot entity, Slot block) {
     const bool paper = block == database.paperSpace();
     const Slot copy = copyRecord(database, entity, block, paper);
     std::vector<Slot> copies;
+    copies.reserve(parts.size());
     for (const Slot part : parts)
         copies.push_back(copyRecord(database, part, copy, paper));
     database.appendEntity(block, copy);

@@ -111,8 +111,9 @@ TextBox paragraphBox(const Tags& tags, const AcGeVector3d& normal) {
     TextBox box{pointOf(tags, 10), x * width, normal.crossProduct(x) * height};
     // The point of insertion is one of nine, counted from the upper left one.
     const int64_t place = std::clamp<int64_t>(integerOf(tags, 71, 1), 1, 9) - 1;
+    const int64_t row = place / 3;
     const double left = static_cast<double>(place % 3) / 2;
-    const double down = 1.0 - static_cast<double>(place / 3) / 2;
+    const double down = 1.0 - static_cast<double>(row) / 2;
     box.corner = box.corner - box.along * left - box.up * down;
     return box;
 }

@@ -64,7 +64,8 @@ resbuf systemArg(Interpreter& in, const Value& value) {
     if (value.isInteger()) {
         const int32_t code = value.integer();
         node.restype = RTSHORT;
-        node.resval.rint = code == static_cast<int16_t>(code) ? static_cast<int16_t>(code) : -1;
+        const bool fits = code >= 0 && code <= INT16_MAX;
+        node.resval.rint = static_cast<int16_t>(fits ? code : -1);
     } else if (value.is(Kind::EntityName)) {
         node.restype = RTENAME;
         ads_name_set(value.as<EntityName>()->name, node.resval.rlname);

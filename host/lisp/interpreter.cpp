@@ -182,7 +182,7 @@ Value Interpreter::evalWithin(const Value& form) {
             failure.handler = errorHandler();
             errorTrace_ = presentTrace();  // the form's own frames are gone
         }
-        throw failure;
+        throw Failure(failure);
     }
 }
 
