@@ -1,7 +1,16 @@
 /// Modules and name spaces. All code shares one name space here, which is that of the drawing; the
 /// blackboard stands beside it. What a seat has to load is always there.
+#include <algorithm>
+#include <filesystem>
+
+#include "base/search_path.h"
+#include "edit/input.h"
+#include "host/module.h"
+#include "kz_tls21an/text.h"
 #include "lisp/builtin.h"
 #include "lisp/interpreter.h"
+#include "lisp/load.h"
+#include "rx/module.h"
 
 namespace host::lisp {
 
@@ -54,6 +63,48 @@ Value autoload(Interpreter& in, Args args) {
     return {};
 }
 
+// --- native modules -----------------------------------------------------------------------------
+
+/// Modules as a seat names their files.
+Value nativeModules(Interpreter&, Args) {
+    ListBuilder list;
+    for (const std::string& name : loadedModules())
+        list.add(makeText(kz::toUtf16(name + ".arx")));
+    return list.take();
+}
+
+/// The file of a module: as it is named, or as modules are called here.
+std::string moduleFile(const std::string& name) {
+    namespace fs = std::filesystem;
+    const fs::path folder = fs::path(plainPath(name)).parent_path();
+    for (const std::string& file : {name, (folder / ("lib" + moduleName(name) + ".so")).string(),
+                                    (folder / (moduleName(name) + ".so")).string()}) {
+        std::string found = findFile(file);
+        if (!found.empty()) return found;
+    }
+    return {};
+}
+
+/// One that is loaded already is good.
+Value loadNative(Interpreter& in, Args args) {
+    const std::string name = kz::toUtf8(textArg(in, args[0]));
+    const std::vector<std::string>& modules = loadedModules();
+    if (std::find(modules.begin(), modules.end(), moduleName(name)) != modules.end())
+        return args[0];
+    const std::string file = moduleFile(name);
+    std::string error;
+    if (!file.empty() && loadModule(file, error)) return args[0];
+    if (args.size() == 2) return args[1];
+    if (!error.empty()) tell(kz::toUtf16(error));
+    in.fail(u"ARXLOAD failed: \"" + std::u16string(args[0].text()) + u"\"");
+}
+
+/// Modules stay.
+Value unloadNative(Interpreter& in, Args args) {
+    if (args.size() == 2) return args[1];
+    in.fail(u"ARXUNLOAD failed: \"" + std::u16string(textArg(in, args[0])) + u"\"");
+}
+
 Value exitWithError(Interpreter& in, Args args) {
     in.fail(textArg(in, args[0]));
 }
@@ -88,6 +139,12 @@ const Builtin kRows[] = {
      "Copies a variable to all open drawings, which share it here."},
     {"vl-arx-import", 1, kAnyNumber, nothingDone, "(vl-arx-import module [function ...])",
      "Makes functions of a native module known, which all are here."},
+    {"arx", 0, 0, nativeModules, "(arx)", "Names of the native modules that are loaded."},
+    {"arxload", 1, 2, loadNative, "(arxload name [on-failure])",
+     "Loads a native module, which is found as NAME or libNAME.so, and gives its name; that of one "
+     "that is loaded already, too."},
+    {"arxunload", 1, 2, unloadNative, "(arxunload name [on-failure])",
+     "Unloads a native module on a seat; here they stay, and this fails."},
     {"vl-acad-defun", 1, 1, given, "(vl-acad-defun function)",
      "Lets native programs call a function, which all can be here; gives its name."},
     {"vl-acad-undefun", 1, 1, given, "(vl-acad-undefun function)",

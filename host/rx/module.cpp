@@ -8,8 +8,11 @@
 
 #include <algorithm>
 #include <bit>
+#include <cctype>
 #include <cstring>
+#include <filesystem>
 
+#include "base/search_path.h"
 #include "host/lisp.h"
 #include "host/module.h"
 #include "kz_tls21an/text.h"
@@ -103,6 +106,27 @@ bool forEachExport(void* handle,
     return true;
 }
 
+namespace {
+
+std::vector<std::string>& moduleList() {
+    static std::vector<std::string> modules;
+    return modules;
+}
+
+}  // namespace
+
+std::string moduleName(const std::string& file) {
+    std::string name = std::filesystem::path(plainPath(file)).stem().string();
+    if (name.starts_with("lib")) name.erase(0, 3);
+    std::transform(name.begin(), name.end(), name.begin(),
+                   [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return name;
+}
+
+const std::vector<std::string>& loadedModules() {
+    return moduleList();
+}
+
 bool loadModule(const std::string& path, std::string& error, int* count) {
     void* const handle = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
     if (!handle) {
@@ -127,6 +151,9 @@ bool loadModule(const std::string& path, std::string& error, int* count) {
         error = path + ": the module refuses to start";
         return false;
     }
+    std::vector<std::string>& modules = moduleList();
+    const std::string name = moduleName(path);
+    if (std::find(modules.begin(), modules.end(), name) == modules.end()) modules.push_back(name);
     if (count) *count = defined;
     return true;
 }

@@ -5,6 +5,7 @@
 #include <functional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace host {
 
@@ -13,6 +14,12 @@ namespace host {
 /// @return false when the library's dynamic section lacks what is needed
 bool forEachExport(void* handle,
                    const std::function<void(std::string_view name, void* address)>& visit);
+
+/// The name that a module goes by: that of its file without folder, "lib" in front and extension,
+/// in lower case.
+std::string moduleName(const std::string& file);
+/// Names of the modules that were loaded, in this order.
+const std::vector<std::string>& loadedModules();
 
 }  // namespace host
 

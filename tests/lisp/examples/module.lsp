@@ -50,6 +50,18 @@ unit ; => "bar"
 (autoload "late" '("late")) ; => nil
 (c:late) ; => "it is here"
 
+; arx
+(member "kz_zaglaid.arx" (arx)) ; => ("kz_zaglaid.arx" ...)
+
+; arxload
+(arxload "C:\\suite\\KZ_zaglaid.arx") ; => "C:\\suite\\KZ_zaglaid.arx"
+(arxload "nothing" "not here") ; => "not here"
+(arxload "nothing") ; error: ARXLOAD failed: "nothing"
+
+; arxunload
+(arxunload "kz_zaglaid" "it stays") ; => "it stays"
+(arxunload "kz_zaglaid") ; error: ARXUNLOAD failed: "kz_zaglaid"
+
 ; vl-exit-with-error
 (vl-exit-with-error "no pump") ; => ; error: no pump
 
