@@ -4,10 +4,11 @@
 #include "lisp/value.h"
 
 #include <sys/mman.h>
-#include <unistd.h>
 
 #include <cstdlib>
 #include <vector>
+
+#include "base/system_memory.h"
 
 #if defined(__SANITIZE_ADDRESS__)
 #define HOST_LISP_PLAIN_CELLS 1
@@ -30,8 +31,7 @@ size_t memoryLimit() {
             const auto megabytes = std::strtoull(text, nullptr, 10);
             if (megabytes > 0) return static_cast<size_t>(megabytes) << 20U;
         }
-        const auto pages = static_cast<size_t>(sysconf(_SC_PHYS_PAGES));
-        return pages / 2 * static_cast<size_t>(sysconf(_SC_PAGESIZE));
+        return systemMemory() / 2;
     }();
     return limit;
 }
