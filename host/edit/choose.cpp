@@ -77,6 +77,7 @@ std::vector<Located> Choice::search(const ScreenRegion& region) const {
 size_t Choice::notePolygon(const std::vector<AcGePoint2d>& corners, double depth) {
     const AcGeMatrix3d to_world = currentView(database_).displayToWorld();
     std::vector<AcGePoint3d> polygon;
+    polygon.reserve(corners.size());
     for (const AcGePoint2d& corner : corners)
         polygon.push_back(to_world * AcGePoint3d(corner.x, corner.y, depth));
     return selection_.addPolygon(std::move(polygon));
@@ -116,6 +117,7 @@ void Choice::addWindow(const AcGePoint3d& corner, const AcGePoint3d& opposite, K
 Refusal Choice::addPath(const std::vector<AcGePoint3d>& points, Kind kind) {
     const AcGeMatrix3d to_display = userToDisplay(database_);
     std::vector<AcGePoint2d> corners;
+    corners.reserve(points.size());
     for (const AcGePoint3d& point : points)
         corners.push_back(flat(to_display * point));
     const double depth = points.empty() ? 0.0 : (to_display * points.front()).z;

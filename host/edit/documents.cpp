@@ -71,6 +71,7 @@ class Service : public AcEdSelectionSetService {
         const int length = path.objectIds().length();
         if (!hasEntry(index) || length == 0) return Acad::eInvalidIndex;
         std::vector<AcDbObjectId> ids;
+        ids.reserve(static_cast<size_t>(length));
         for (int i = 0; i < length; ++i)
             ids.push_back(path.objectIds()[i]);
         constexpr size_t kMost = 1024;

@@ -41,6 +41,7 @@ bool segmentsMeet(const AcGePoint2d& a, const AcGePoint2d& b, const AcGePoint2d&
 /// above each other.
 bool crossesItself(const std::vector<AcGePoint2d>& points) {
     const size_t count = points.size();
+    if (count == 0) return false;
     const auto end = [&](size_t i) { return points[(i + 1) % count]; };
     const auto left = [&](size_t i) { return std::min(points[i].x, end(i).x); };
     std::vector<size_t> order(count);
