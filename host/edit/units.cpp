@@ -156,7 +156,7 @@ std::string mixedText(uint64_t whole, bool shows_zero, uint64_t numerator, uint6
                       const NumberStyle& style) {
     if (numerator == 0) return std::to_string(whole);
     const uint64_t common = std::gcd(numerator, denominator);
-    const std::string fraction =
+    std::string fraction =
         std::to_string(numerator / common) + "/" + std::to_string(denominator / common);
     if (whole == 0 && !shows_zero) return fraction;
     return std::to_string(whole) + (style.as_typed ? "-" : " ") + fraction;

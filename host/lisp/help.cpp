@@ -17,7 +17,7 @@ constexpr size_t kWidth = 78;
 constexpr size_t kNearNames = 8;
 constexpr size_t kCommentLines = 40;
 
-std::string lowered(std::string text) {
+std::string lowered(const std::string& text) {
     std::u16string units = kz::toUtf16(text);
     for (char16_t& unit : units)
         unit = kz::lowerUnit(unit);
@@ -111,9 +111,9 @@ std::string exampleLines(const std::string& lines) {
     for (std::string line; std::getline(stream, line);) {
         if (line.starts_with(";<")) {
             line.erase(0, std::min<size_t>(line.size(), 3));
-            line = line.empty() ? "; the user presses Enter" : "; the user answers: " + line;
+            line.insert(0, line.empty() ? "; the user presses Enter" : "; the user answers: ");
         }
-        text += "    " + line + "\n";
+        text.append("    ").append(line).append("\n");
     }
     return text;
 }
@@ -197,6 +197,7 @@ std::vector<std::u16string> nearLispNames(std::u16string_view word) {
     std::sort(near.begin(), near.end());
     near.resize(std::min(near.size(), kNearNames));
     std::vector<std::u16string> names;
+    names.reserve(near.size());
     for (const auto& [wrong, name] : near)
         names.push_back(kz::toUtf16(name));
     return names;

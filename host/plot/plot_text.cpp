@@ -78,8 +78,9 @@ class TextDrawer {
         const double step = height * 5.0 / 3.0 * positive(realOf(tags_, 44, 1.0));
         const double all = height + step * static_cast<double>(lines.size() - 1);
         const int64_t place = std::clamp<int64_t>(integerOf(tags_, 71, 1), 1, 9) - 1;
+        const int64_t row = place / 3;
         const double left = static_cast<double>(place % 3) / 2;
-        const double down = static_cast<double>(place / 3) / 2;
+        const double down = static_cast<double>(row) / 2;
         AcGePoint3d base = pointOf(tags_, 10) + y * (all * down - height);
         for (const std::string& text : lines) {
             const double wide = text.empty() ? 0.0 : canvas_.textWidth(text);

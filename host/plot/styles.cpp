@@ -23,7 +23,8 @@ double channel(double hue, double turn) {
 
 PlotColor wheelColor(int index) {
     constexpr int kDepths[] = {255, 165, 127, 76, 38};
-    const double hue = (index / 10 - 1) * 0.25;
+    const int place = index / 10 - 1;
+    const double hue = place * 0.25;
     const int depth = kDepths[index % 10 / 2];
     const bool pale = index % 2 != 0;
     const auto mix = [&](double turn) {
