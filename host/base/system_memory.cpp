@@ -1,5 +1,5 @@
-/// The limits that Linux has: of the machine, of the control group (in both versions of these) and of
-/// the process.
+/// The limits that Linux has: of the machine, of the control group (both versions of these) and
+/// of the process.
 #include "base/system_memory.h"
 
 #include <sys/resource.h>
