@@ -529,7 +529,8 @@ class Recovery {
     /// The number that a bad value begins with, 0 for none.
     static std::string soundNumber(const Pair& pair) {
         const bool real = groupType(pair.code) == GroupType::Real;
-        std::string_view value = trimmed(pair.value);
+        constexpr size_t kLongest = 64;
+        std::string_view value = trimmed(pair.value).substr(0, kLongest);
         while (!value.empty()) {
             if (real ? isReal(value) : isInteger(value)) return std::string(value);
             value.remove_suffix(1);

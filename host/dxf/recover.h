@@ -32,8 +32,9 @@ class RecoveryReport {
 /// none become those that they begin with; sections, tables and blocks that were not closed are
 /// closed, and what stands outside of them goes into one of its own; objects lose a handle that
 /// another has already or that is none, and get a new one from the reader; a block without a name
-/// gets one. All else stays as it is, byte for byte. One pass, in memory of about the size of the
-/// text. @return empty when there is nothing of a drawing
+/// gets one. Sections come in their usual order, and the parts of one section or table together.
+/// All else stays as it is, but for blanks around group codes and the kind of line ends. One pass,
+/// in memory of about twice the size of the text. @return empty when there is nothing of a drawing
 std::string recoverText(std::string_view text, RecoveryReport& report);
 
 }  // namespace host::dxf
