@@ -116,6 +116,12 @@ def errs(terminal):
 
 
 def main():
+    try:
+        for end in pty.openpty():
+            os.close(end)
+    except OSError as fault:
+        print(f"skipped: there are no terminals here: {fault}")
+        sys.exit(77)
     with tempfile.TemporaryDirectory(prefix="kz_terminal.") as folder:
         terminal = Terminal(folder)
         edits(terminal)
