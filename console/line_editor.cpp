@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <clocale>
+#include <csignal>
 #include <cstring>
 #include <vector>
 
@@ -66,6 +67,48 @@ size_t terminalWidth() {
     const bool known = ::ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
     return known ? size.ws_col : 80;
 }
+
+/// One byte of the terminal. Ctrl-C gets through only while it is waited for, so that none is lost
+/// in between. @return as read
+ssize_t readByte(unsigned char& byte) {
+    sigset_t open;
+    ::pthread_sigmask(SIG_SETMASK, nullptr, &open);
+    sigdelset(&open, SIGINT);
+    pollfd input{STDIN_FILENO, POLLIN, 0};
+    if (::ppoll(&input, 1, nullptr, &open) < 0) return -1;
+    return ::read(STDIN_FILENO, &byte, 1);
+}
+
+/// One character for libedit, 0 at the end of the input, -1 for a signal.
+int readCharacter(EditLine*, wchar_t* character) {
+    unsigned char byte = 0;
+    if (const ssize_t got = readByte(byte); got != 1) return static_cast<int>(got);
+    int more = byte >= 0xF0 ? 3 : byte >= 0xE0 ? 2 : byte >= 0xC0 ? 1 : 0;
+    auto code = static_cast<wchar_t>(more == 0 ? byte : byte & (0x3F >> more));
+    for (; more > 0; --more) {
+        if (const ssize_t got = readByte(byte); got != 1) return static_cast<int>(got);
+        code = static_cast<wchar_t>(code << 6 | (byte & 0x3F));
+    }
+    *character = code;
+    return 1;
+}
+
+/// Holds Ctrl-C back as long as it lives.
+class HoldsInterrupt {
+  public:
+    HoldsInterrupt() {
+        sigset_t held;
+        sigemptyset(&held);
+        sigaddset(&held, SIGINT);
+        ::pthread_sigmask(SIG_BLOCK, &held, &before_);
+    }
+    ~HoldsInterrupt() { ::pthread_sigmask(SIG_SETMASK, &before_, nullptr); }
+    HoldsInterrupt(const HoldsInterrupt&) = delete;
+    HoldsInterrupt& operator=(const HoldsInterrupt&) = delete;
+
+  private:
+    sigset_t before_{};
+};
 
 /// Names in columns, as many as the terminal has room for.
 void list(const std::vector<std::string>& names) {
@@ -142,9 +185,9 @@ unsigned char onPaste(EditLine* editor, int) {
         return CC_REFRESH;
     }
     std::string text;
-    char unit = 0;
-    while (!text.ends_with(kPasteEnd) && ::read(STDIN_FILENO, &unit, 1) == 1)
-        text += unit == '\r' ? '\n' : unit;
+    unsigned char unit = 0;
+    while (!text.ends_with(kPasteEnd) && readByte(unit) == 1)
+        text += unit == '\r' ? '\n' : static_cast<char>(unit);
     if (text.ends_with(kPasteEnd)) text.resize(text.size() - std::strlen(kPasteEnd));
     std::erase_if(text, [](char key) {
         const bool plain = static_cast<unsigned char>(key) >= ' ' && key != '\x7f';
@@ -177,6 +220,7 @@ LineEditor::LineEditor() {
     el_set(editor_, EL_PROMPT, currentPrompt);
     el_set(editor_, EL_EDITOR, "emacs");
     el_set(editor_, EL_HIST, ::history, history_);
+    el_set(editor_, EL_GETCFN, readCharacter);
     el_set(editor_, EL_ADDFN, "kz-complete", "Complete a name", onTab);
     el_set(editor_, EL_ADDFN, "kz-close", "Show the matching parenthesis", onClosing);
     el_set(editor_, EL_ADDFN, "kz-paste", "Take what is pasted", onPaste);
@@ -214,6 +258,7 @@ LineEditor::Event LineEditor::read(std::string& line) {
         show(prompt_ + line);
         return Event::Line;
     }
+    const HoldsInterrupt holds;
     int count = 0;
     errno = 0;
     show(kPasteOn);
