@@ -22,6 +22,16 @@ Value help(Interpreter& in, Args args) {
     return show(in, text);
 }
 
+/// Gives the file as it was named; nil when nothing is known of the topic.
+Value helpOnTopic(Interpreter& in, Args args) {
+    for (const Value& arg : args)
+        textArg(in, arg);
+    std::u16string text;
+    const bool known = lispHelp(args.size() > 1 ? args[1].text() : u"", text);
+    show(in, text);
+    return known ? (args.empty() ? makeText(u"") : args[0]) : Value();
+}
+
 /// Of the last error once it has happened; in the midst of an evaluation, of where it stands.
 Value backtrace(Interpreter& in, Args) {
     const Backtrace present = in.presentTrace();
@@ -45,6 +55,10 @@ const Builtin kRows[] = {
      "Prints what the manual says of a function or command, given as a symbol or text; what has "
      "the "
      "word in its name or text when there is none of this name; a list of all without a name."},
+    {"help", 0, 3, helpOnTopic, "(help [file [topic [command]]])",
+     "Prints what the manual says of a topic, or a list of all. Files of help are not read. Gives "
+     "the "
+     "file, nil for an unknown topic."},
     {"vl-bt", 0, 0, backtrace, "(vl-bt)",
      "Prints the forms that were under evaluation when the last error happened, innermost first; "
      "within a function, those that are under evaluation now."},

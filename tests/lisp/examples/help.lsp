@@ -6,6 +6,10 @@
 (defun half (x / y) (setq y (/ x 2)))
 (kz_help "half") ; prints "...(half x)\n" =>
 
+; help
+(help "suite.hlp" "gcd") ; prints "...Greatest common divisor.\n..." => "suite.hlp"
+(help "suite.hlp" "pumps and valves") ; prints "...nothing is known of...\n" => nil
+
 ; vl-bt
 (defun half (x) (/ x 2))
 (half "9") ; error: bad argument type: numberp: "9"

@@ -62,6 +62,15 @@ unit ; => "bar"
 (arxunload "kz_zaglaid" "it stays") ; => "it stays"
 (arxunload "kz_zaglaid") ; error: ARXUNLOAD failed: "kz_zaglaid"
 
+; vl-list-loaded-vlx
+(vl-list-loaded-vlx) ; => nil
+
+; vl-vlx-loaded-p
+(vl-vlx-loaded-p "suite") ; => nil
+
+; vl-list-exported-functions
+(vl-list-exported-functions) ; => nil
+
 ; vl-exit-with-error
 (vl-exit-with-error "no pump") ; => ; error: no pump
 
