@@ -9,6 +9,13 @@
 namespace host {
 
 inline constexpr double kDegree = std::numbers::pi / 180.0;  ///< [radians]
+inline constexpr double kTurn = 2 * std::numbers::pi;        ///< [radians]
+
+/// The way from one angle counter-clockwise to another, at most a turn; a whole one for the same.
+inline double sweepBetween(double from, double to) {
+    const double way = std::fmod(to - from, kTurn);
+    return way <= 1e-12 ? way + kTurn : way;
+}
 
 /// Groups of entities and tables that hold an angle.
 constexpr bool isAngleCode(int code) {

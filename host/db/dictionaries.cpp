@@ -192,8 +192,6 @@ Acad::ErrorStatus Database::dictionaryRename(Slot slot, std::u16string_view key,
 
 namespace {
 
-constexpr std::u16string_view kExtension = u"{ACAD_XDICTIONARY";
-
 /// Index of the group that names the extension dictionary; the number of tags when there is none.
 size_t extensionPlace(const Tags& tags, const dxf::TextCodec& codec) {
     for (size_t i = 1; i + 1 < tags.size() && tags[i].code() != 100; ++i) {

@@ -7,6 +7,7 @@
 #include "base/resbuf.h"
 #include "db/entity_rules.h"
 #include "db/groups.h"
+#include "db/reactors.h"
 #include "db/xrecords.h"
 #include "edit/sysvars.h"
 #include "kz_tls21an/text.h"
@@ -53,22 +54,24 @@ void dropOwnGroups(Tags& tags, bool is_dimstyle) {
 }
 
 /// Takes the groups of an extension dictionary and of reactors out of a list, wherever they stand:
-/// the host gives these itself. @return the dictionary, kNoSlot for none
-Slot takeExtension(const Database& database, Tags& tags) {
-    Slot extension = kNoSlot;
+/// the host gives these itself. @param extension  gets the dictionary, kNoSlot for none
+/// @return false when such a group has no end
+bool takeExtension(const Database& database, Tags& tags, Slot& extension) {
+    extension = kNoSlot;
+    if (findTag(tags, 102) == tags.size()) return true;
     Tags kept;
     bool in_extension = false, in_reactors = false;
     for (Tag& tag : tags) {
         const bool brace = tag.code() == 102;
         const std::u16string text = brace ? tag.text(database.codec()) : std::u16string();
-        if (brace && text == u"{ACAD_XDICTIONARY") in_extension = true;
-        if (brace && text == u"{ACAD_REACTORS") in_reactors = true;
+        if (brace && text == kExtension) in_extension = true;
+        if (brace && text == kReactors) in_reactors = true;
         if (in_extension && tag.code() == 360) extension = database.findHandle(tag.handleValue());
         if (!in_extension && !in_reactors) kept.push_back(std::move(tag));
         if (brace && text == u"}") in_extension = in_reactors = false;
     }
     tags = std::move(kept);
-    return extension;
+    return !in_extension && !in_reactors;
 }
 
 std::u16string textOf(const Database& database, const Tags& tags, int code) {
@@ -123,7 +126,8 @@ class EntityMaker {
     Slot make(bool& complete) {
         complete = true;
         if (type_.empty() || !tagsFromChain(list_, tags_)) return kNoSlot;
-        const Slot extension = type_ == "XRECORD" ? kNoSlot : takeExtension(database_, tags_);
+        Slot extension = kNoSlot;
+        if (type_ != "XRECORD" && !takeExtension(database_, tags_, extension)) return kNoSlot;
         const Slot slot = makeWithout(complete);
         if (slot != kNoSlot && complete && extension != kNoSlot)
             database_.addExtension(slot, extension);
@@ -471,13 +475,9 @@ bool modifyXrecord(Database& database, Slot slot, const resbuf* list) {
     return true;
 }
 
-bool modifyTags(Database& database, Slot slot, const resbuf* list) {
-    Tags wanted;
+/// Changes the object's own groups.
+bool modifyGroups(Database& database, Slot slot, Tags wanted) {
     const std::string& type = database.typeName(slot);
-    if (type == "XRECORD") return modifyXrecord(database, slot, list);
-    if (!tagsFromChain(list, wanted)) return false;
-    const Slot extension = takeExtension(database, wanted);
-    if (extension != kNoSlot) database.addExtension(slot, extension);
     dropOwnGroups(wanted, type == "DIMSTYLE");
     if (wanted.empty()) return true;
     const Tags& present = database.tags(slot);
@@ -509,6 +509,16 @@ bool modifyTags(Database& database, Slot slot, const resbuf* list) {
     }
     database.touch(slot);
     if (object_class == ObjectClass::TableRecord) database.recountLockedLayers();
+    return true;
+}
+
+bool modifyTags(Database& database, Slot slot, const resbuf* list) {
+    if (database.typeName(slot) == "XRECORD") return modifyXrecord(database, slot, list);
+    Tags wanted;
+    Slot extension = kNoSlot;
+    if (!tagsFromChain(list, wanted) || !takeExtension(database, wanted, extension)) return false;
+    if (!modifyGroups(database, slot, std::move(wanted))) return false;
+    if (extension != kNoSlot) database.addExtension(slot, extension);
     return true;
 }
 

@@ -8,8 +8,6 @@
 namespace host {
 namespace {
 
-constexpr std::u16string_view kReactors = u"{ACAD_REACTORS";
-
 /// Index of the group behind the one in braces that starts at `at`.
 size_t behindBraces(const Tags& tags, size_t at) {
     const size_t end = findTag(tags, 102, at + 1);

@@ -8,6 +8,10 @@
 
 namespace host {
 
+/// What stands in front of the reactors, and of the dictionary of what others keep with the object.
+inline constexpr std::u16string_view kReactors = u"{ACAD_REACTORS";
+inline constexpr std::u16string_view kExtension = u"{ACAD_XDICTIONARY";
+
 /// Index of an object's owner group, or where it belongs: behind the groups in braces, which hold
 /// 330 groups of their own.
 size_t ownerPlace(const Tags& tags);

@@ -28,15 +28,16 @@ struct BinaryText {
 };
 
 /// Decodes a binary file up to its EOF group. Reals come in the shortest form that reads back as
-/// the same bits, control characters in texts in the caret form, chunks as hexadecimal digits.
+/// the same bits, line ends within texts as \U+000A and \U+000D, chunks as hexadecimal digits.
 /// Infinite numbers and NaN have no such form and are errors.
 BinaryText decodeBinary(std::string_view file);
 
 /// The byte of a binary file where the group stands whose text is at `text_offset`.
 size_t binaryOffset(std::string_view file, size_t text_offset);
 
-/// Encodes text, with codes of two bytes. What decodeBinary made comes back as the same bytes.
-/// Chunks that are too long become several. Comments have no place in the form and are left out.
+/// Encodes text, with codes of two bytes. What decodeBinary made comes back as the same bytes,
+/// unless a text itself spells out a line end so. Chunks that are too long become several.
+/// Comments have no place in the form and are left out.
 /// @return false with one sentence in `error` for a value that the form can't hold
 bool encodeBinary(const std::vector<std::string_view>& pieces, std::string& out,
                   std::string& error);

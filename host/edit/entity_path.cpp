@@ -1,15 +1,15 @@
 /// Parameters as each type of curve has them.
 #include "edit/entity_path.h"
 
-#include <numbers>
+#include <cmath>
 
+#include "base/angles.h"
 #include "edit/shape_rules.h"
 #include "edit/tag_values.h"
 
 namespace host {
 namespace {
 
-constexpr double kTurn = 2 * std::numbers::pi;
 constexpr int kChordsOfSpan = 200;
 
 /// Gathers the curves of an entity.
@@ -21,12 +21,10 @@ class Gatherer : public ShapeVisitor {
     std::vector<Curve> curves;
 };
 
-/// Where the angles of an arc begin and end, the end behind the start.
-void angles(const Tags& tags, int first, double scale, double& from, double& to) {
-    from = realOf(tags, first, 0.0) * scale;
-    to = realOf(tags, first + 1, scale == 1.0 ? kTurn : 360.0) * scale;
-    while (to <= from + 1e-12)
-        to += kTurn;
+/// An angle from 0 up to a turn.
+double withinTurn(double angle) {
+    const double rest = std::fmod(angle, kTurn);
+    return rest < 0.0 ? rest + kTurn : rest;
 }
 
 CurvePath splinePath(const Tags& tags) {
@@ -60,8 +58,14 @@ CurvePath pathOf(Database& database, Slot entity) {
         to += 1.0;
         if (type == "LINE") to = (curve.end() - curve.start()).length();
         if (type == "CIRCLE") to = kTurn;
-        if (type == "ARC") angles(tags, 50, std::numbers::pi / 180.0, from, to);
-        if (type == "ELLIPSE") angles(tags, 41, 1.0, from, to);
+        if (type == "ARC") {
+            from = withinTurn(realOf(tags, 50, 0.0) * kDegree);
+            to = from + sweepBetween(from, realOf(tags, 51, 0.0) * kDegree);
+        }
+        if (type == "ELLIPSE") {
+            from = withinTurn(realOf(tags, 41, 0.0));
+            to = from + sweepBetween(from, realOf(tags, 42, kTurn));
+        }
         path.add(curve, from, to);
     }
     return path;

@@ -14,14 +14,7 @@
 namespace host {
 namespace {
 
-constexpr double kTurn = 2 * std::numbers::pi;
 constexpr CurveRole kDrawn = CurveRole::Drawn;
-
-/// The way from one angle counter-clockwise to another; a full turn for the same.
-double sweepBetween(double from, double to) {
-    const double way = std::fmod(to - from, kTurn);
-    return way <= 1e-12 ? way + kTurn : way;
-}
 
 /// A vertex with the bulge of the part behind it.
 struct Vertex {

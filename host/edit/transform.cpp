@@ -215,12 +215,10 @@ bool transformVertex(Tags& tags, const AcGeMatrix3d& matrix, const TransformRule
 /// Brings the ends of an elliptical arc into form: the start within the first turn, the end behind
 /// it.
 void setArcEnds(Tags& tags, double start, double end) {
-    constexpr double kTurn = 2.0 * std::numbers::pi;
     const double turns = std::floor(start / kTurn) * kTurn;
     start -= turns;
     end -= turns;
-    while (end <= start)
-        end += kTurn;
+    if (end <= start) end = start + sweepBetween(start, end);
     setRealAt(tags, findTag(tags, 41), start);
     setRealAt(tags, findTag(tags, 42), end);
 }

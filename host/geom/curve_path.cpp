@@ -28,7 +28,7 @@ auto integral(const Function& function, double from, double to) {
 }
 
 /// Length of the part of a curve in front of t.
-double lengthTo(const Curve& curve, double t) {
+double arcLength(const Curve& curve, double t) {
     if (curve.isLine()) return curve.tangentAt(0).length() * t;
     return integral([&](double at) { return curve.tangentAt(at).length(); }, 0.0, t);
 }
@@ -40,7 +40,7 @@ double placeAt(const Curve& curve, double size, double length) {
     // Even on lines and circles; Newton's way on ellipses.
     for (int step = 0; step < 20 && !curve.isLine(); ++step) {
         const double speed = curve.tangentAt(t).length();
-        const double change = speed > 0.0 ? (length - lengthTo(curve, t)) / speed : 0.0;
+        const double change = speed > 0.0 ? (length - arcLength(curve, t)) / speed : 0.0;
         t = std::clamp(t + change, 0.0, 1.0);
         if (std::fabs(change) < 1e-14) break;
     }
@@ -52,7 +52,7 @@ double placeAt(const Curve& curve, double size, double length) {
 void CurvePath::add(const Curve& curve, double from, double to) {
     const double before = length();
     const double first = pieces_.empty() ? from : pieces_.back().to;
-    pieces_.push_back({curve, first, to, before, host::lengthTo(curve, 1.0)});
+    pieces_.push_back({curve, first, to, before, arcLength(curve, 1.0)});
 }
 
 double CurvePath::length() const {
@@ -93,7 +93,7 @@ double CurvePath::lengthTo(double parameter) const {
     const Piece& piece = pieceAt(parameter);
     const double range = piece.to - piece.from;
     const double t = range == 0.0 ? 0.0 : std::clamp((parameter - piece.from) / range, 0.0, 1.0);
-    return piece.before + host::lengthTo(piece.curve, t);
+    return piece.before + arcLength(piece.curve, t);
 }
 
 double CurvePath::parameterAtLength(double length) const {

@@ -27,12 +27,12 @@ Value open(Interpreter& in, Args args) {
     const std::string path = spelledPath(kz::toUtf8(name));
     std::error_code ignored;
     if (std::filesystem::is_directory(path, ignored)) return Value();
-    std::FILE* const stream = std::fopen(path.c_str(), letter);
-    if (!stream) return Value();
-    const bool new_file = letter[0] == 'w' || std::filesystem::file_size(path, ignored) == 0;
     const Value& encoding = optionalArg(args, 2);
     const bool marked =
         !encoding.isNil() && kz::compareNoCase(textArg(in, encoding), u"utf8-bom") == 0;
+    std::FILE* const stream = std::fopen(path.c_str(), letter);
+    if (!stream) return Value();
+    const bool new_file = letter[0] == 'w' || std::filesystem::file_size(path, ignored) == 0;
     if (marked && letter[0] != 'r' && new_file) std::fputs("\xEF\xBB\xBF", stream);
     return Value::adopt(new File(stream, name, letter[0] == 'r'));
 }

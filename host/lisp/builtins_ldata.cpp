@@ -148,6 +148,7 @@ Slot storeOf(Interpreter& in, Database& drawing, const Value& place, bool make) 
     const AcDbObjectId id = Database::idFromName(place.as<EntityName>()->name);
     if (Database::find(id) != &drawing) in.badArgument(u"lentityp", place);
     const Slot object = drawing.slotOf(id);
+    if (drawing.record(object).erased) in.badArgument(u"lentityp", place);
     Slot extension = drawing.extension(object);
     if (extension == kNoSlot && make) {
         if (drawing.isOnLockedLayer(object)) return kNoSlot;

@@ -90,6 +90,8 @@
 (setq f (entmakex '((0 . "DICTIONARY") (100 . "AcDbDictionary"))))
 (setq other (entmakex (list '(0 . "POINT") '(102 . "{ACAD_XDICTIONARY") (cons 360 f) '(102 . "}") '(10 0.0 0.0 0.0))))
 (is "entmake ties it too" f '(cdr (assoc 360 (entget other))))
+(is "a group in braces without its end" '(nil nil)
+    '(list (entmod (append (entget e) '((102 . "{ACAD_REACTORS") (62 . 1)))) (assoc 62 (entget e))))
 (entdel e)
 (entdel e)
 (is "an erased object comes back with it" "kept" '(cdr (assoc 1 (dictsearch d "KEY"))))

@@ -7,6 +7,8 @@
 (vlax-curve-getStartParam (entmakex '((0 . "TEXT") (1 . "x") (10 0 0) (40 . 1)))) ; error: bad argument type: curvep <Entity name: ...>
 
 ; vlax-curve-getEndParam
+(setq far (entmakex '((0 . "ARC") (10 0.0 0.0 0.0) (40 . 1.0) (50 . 1e20) (51 . 0.0))))
+(< 0 (vlax-curve-getDistAtParam far (vlax-curve-getEndParam far)) 6.3) ; => T
 (setq line (entmakex '((0 . "LINE") (10 0.0 0.0 0.0) (11 3.0 4.0 0.0))))
 (vlax-curve-getEndParam line) ; => 5.0
 (setq pipe (entmakex '((0 . "LWPOLYLINE") (100 . "AcDbEntity") (100 . "AcDbPolyline") (90 . 3) (70 . 0) (10 0 0) (42 . 0.0) (10 10 0) (42 . 1.0) (10 10 4) (42 . 0.0))))

@@ -11,6 +11,8 @@
 (list (read-line file) (read-line file) (read-line file)) ; => ("first" "second" nil)
 (close file)
 (open "no/such/folder/notes.txt" "w") ; => nil
+(open "unmade.txt" "w" 5) ; error: bad argument type: stringp 5
+(findfile "unmade.txt") ; => nil
 
 ; close
 (setq file (open "notes.txt" "w"))
